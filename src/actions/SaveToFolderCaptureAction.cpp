@@ -1,0 +1,58 @@
+#include "actions/SaveToFolderCaptureAction.h"
+
+#include "actions/FileError.h"
+#include "base/Async.h"
+#include "base/Translation.h"
+#include "capture/CaptureFilename.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+
+#include <filesystem>
+
+namespace snapvane {
+
+namespace {
+
+void createFolder(const QString& path)
+{
+    std::error_code code;
+    const std::filesystem::path folder(QFile::encodeName(path).toStdString());
+    std::filesystem::create_directories(folder, code);
+    // A path that exists but is no folder is no error to the library.
+    if (!code && !std::filesystem::is_directory(folder, code) && !code) {
+        code = std::make_error_code(std::errc::not_a_directory);
+    }
+    if (code) {
+        throw FileError(path, code);
+    }
+}
+
+void writeFile(const QString& path, const QByteArray& bytes)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        throw FileError(path, file.errorString());
+    }
+}
+
+QString save(const QString& folderPath, const QDateTime& capturedAt, const QByteArray& png)
+{
+    createFolder(folderPath);
+    const QString name = CaptureFilename::pngFilename(capturedAt);
+    writeFile(QDir(folderPath).filePath(name), png);
+    return name;
+}
+
+} // namespace
+
+QCoro::Task<std::optional<QString>> SaveToFolderCaptureAction::perform(CaptureResult result)
+{
+    auto saving = runInBackground([folder = m_folderPath, time = result.capturedAt,
+                                   png = result.pngData] { return save(folder, time, png); });
+    const QString name = co_await saving;
+    co_return translated("Saved to %1").arg(name);
+}
+
+} // namespace snapvane

@@ -1,0 +1,90 @@
+#include "app/CaptureCoordinator.h"
+
+#include "actions/CapturePostActionExecutor.h"
+#include "base/Async.h"
+#include "base/LocalizedError.h"
+#include "base/Translation.h"
+#include "capture/CaptureService.h"
+#include "hud/ModalAlertPresenter.h"
+#include "platform/Platform.h"
+#include "selection/AppPreferences.h"
+
+namespace snapvane {
+
+namespace {
+
+CaptureCoordinator::Collaborators sharedCollaborators()
+{
+    // They live as long as the coordinator that they are for: for the whole run.
+    static NoMagnifier magnifier;
+    static NoSnapshots snapshots;
+    Platform& platform = Platform::shared();
+    return {{AppPreferences::shared(), platform.screens(), platform.overlays(),
+             GuideLines::shared(), magnifier, snapshots},
+            [](GlobalRect rect) {
+                return CaptureService::captureRegion(rect, CaptureService::Facilities::shared());
+            },
+            [](CaptureResult result) {
+                return CapturePostActionExecutor::runConfiguredAction(std::move(result));
+            },
+            ModalAlertPresenter::shared()};
+}
+
+} // namespace
+
+CaptureCoordinator::CaptureCoordinator(const Collaborators& collaborators)
+    : m_overlayController(collaborators.overlay), m_captureRegion(collaborators.captureRegion),
+      m_runConfiguredAction(collaborators.runConfiguredAction), m_alerts(collaborators.alerts)
+{
+}
+
+CaptureCoordinator& CaptureCoordinator::shared()
+{
+    static auto* coordinator = new CaptureCoordinator(sharedCollaborators());
+    return *coordinator;
+}
+
+void CaptureCoordinator::beginAreaCapture(CaptureTrigger trigger)
+{
+    const QPointer<CaptureCoordinator> self(this);
+    m_overlayController.present(
+        [self](std::optional<GlobalRect> rect) {
+            if (self) {
+                startDetached(self->handleSelection(rect));
+            }
+        },
+        trigger);
+}
+
+QCoro::Task<> CaptureCoordinator::handleSelection(std::optional<GlobalRect> rect)
+{
+    if (!rect) {
+        co_return;
+    }
+    QString failure;
+    try {
+        auto capturing = m_captureRegion(*rect);
+        CaptureResult result = co_await capturing;
+        auto following = m_runConfiguredAction(std::move(result));
+        co_await following;
+    } catch (const LocalizedError& error) {
+        failure = error.localizedDescription();
+    } catch (const std::exception& error) {
+        failure = QString::fromUtf8(error.what());
+    }
+    if (!failure.isNull()) {
+        report(failure);
+    }
+}
+
+void CaptureCoordinator::report(const QString& description)
+{
+    m_log.error(QStringLiteral("Capture failed: %1").arg(description));
+    Alert alert;
+    alert.style = Alert::Style::Warning;
+    alert.messageText = description;
+    alert.buttons = {translated("OK")};
+    m_alerts.present(alert);
+}
+
+} // namespace snapvane

@@ -1,0 +1,111 @@
+#include "app/SnapvaneApp.h"
+
+#include "app/AppDelegate.h"
+#include "app/ApplicationService.h"
+#include "app/CaptureCoordinator.h"
+#include "app/GlobalShortcut.h"
+#include "app/QXAppVersion.h"
+#include "app/TerminationSignals.h"
+#include "base/AppIdentity.h"
+#include "base/Log.h"
+#include "capture/ScreenCapturePermissionManager.h"
+#include "platform/PlatformLoader.h"
+#include "selection/AppPreferences.h"
+
+#include <QApplication>
+
+#include <malloc.h>
+
+namespace snapvane::SnapvaneApp {
+
+namespace {
+
+/// Captures allocate and free tens of megabytes at a time. Left to itself the allocator comes to keep
+/// such blocks; an agent that sits in the tray all day gives them back.
+void returnLargeBlocksToTheSystem()
+{
+    constexpr int smallestMappedBlock = 256 * 1024;
+    mallopt(M_MMAP_THRESHOLD, smallestMappedBlock);
+    mallopt(M_TRIM_THRESHOLD, smallestMappedBlock);
+    mallopt(M_ARENA_MAX, 2);
+}
+
+/// Arguments for Qt: the platform plugin that the backend needs, which is not to be inherited by
+/// programs that this one starts, as an environment variable would be.
+class QtArguments
+{
+public:
+    QtArguments(const char* program, const QByteArray& platform)
+        : m_program(program), m_platform(platform)
+    {
+    }
+
+    int& count() { return m_count; }
+    char** values() { return m_values; }
+
+private:
+    QByteArray m_program;
+    QByteArray m_option = "-platform";
+    QByteArray m_platform;
+    int m_count = 3;
+    char* m_values[4] = {m_program.data(), m_option.data(), m_platform.data(), nullptr};
+};
+
+void describeApplication()
+{
+    QApplication::setApplicationName(QLatin1String(productName));
+    QApplication::setApplicationDisplayName(QLatin1String(productName));
+    QApplication::setApplicationVersion(QXAppVersion::shortVersion());
+    QApplication::setDesktopFileName(QLatin1String(applicationIdentifier));
+    // Closing an alert or the settings must not end an agent.
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QLatin1String(applicationIdentifier)));
+}
+
+int runOn(Platform& platform, const Log& log)
+{
+    NoGlobalShortcut shortcut;
+    AppDelegate delegate({platform, CaptureCoordinator::shared(),
+                          ScreenCapturePermissionManager::shared(), AppPreferences::shared(),
+                          GuideLines::shared(), shortcut});
+    ApplicationService service(delegate);
+    switch (service.claim()) {
+    case ApplicationService::Claim::First:
+        break;
+    case ApplicationService::Claim::AlreadyRunning:
+        return EXIT_SUCCESS;
+    case ApplicationService::Claim::NoBus:
+        log.error(QStringLiteral("There is no session bus: other programs cannot start a capture "
+                                 "and a second start is not noticed."));
+        break;
+    }
+    const TerminationSignals signals([] { QApplication::quit(); });
+    QObject::connect(qApp, &QApplication::aboutToQuit,
+                     [&delegate] { delegate.applicationWillTerminate(); });
+    QMetaObject::invokeMethod(
+        qApp, [&delegate] { delegate.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
+    return QApplication::exec();
+}
+
+} // namespace
+
+int run(int, char* argv[])
+{
+    returnLargeBlocksToTheSystem();
+    installLogHandler();
+    const Log log("Application");
+    const PlatformLoader::Choice choice = PlatformLoader::choose();
+    if (!choice.obstacle.isEmpty()) {
+        log.error(choice.obstacle);
+        return EXIT_FAILURE;
+    }
+    QtArguments arguments(argv[0], choice.qtPlatform);
+    const QApplication application(arguments.count(), arguments.values());
+    describeApplication();
+    const auto platform = PlatformLoader::load(choice);
+    Platform::install(platform.get());
+    return runOn(*platform, log);
+}
+
+} // namespace snapvane::SnapvaneApp

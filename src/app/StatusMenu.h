@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/MenuTracking.h"
+#include "app/StatusMenuModel.h"
+
+#include <QMenu>
+
+#include <functional>
+#include <map>
+
+namespace snapvane {
+
+/// The menu behind the tray icon, made from the model. All entries are always enabled. Owned by
+/// StatusItem; main thread.
+class StatusMenu : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Handler = std::function<void(StatusMenuAction)>;
+
+    explicit StatusMenu(Handler handler);
+
+    QMenu& menu() { return m_menu; }
+    MenuTracking& tracking() { return m_tracking; }
+    QAction& action(StatusMenuAction action) { return *m_actions.at(action); }
+
+protected:
+    /// Key equivalents act while the menu is open, which Qt leaves out for menus of no window.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void add(const StatusMenuEntry& entry);
+
+    Handler m_handler;
+    QMenu m_menu;
+    MenuTracking m_tracking{m_menu};
+    std::map<StatusMenuAction, QAction*> m_actions;
+};
+
+} // namespace snapvane

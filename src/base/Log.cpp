@@ -1,0 +1,81 @@
+#include "base/Log.h"
+
+#include "base/AppIdentity.h"
+
+#define SD_JOURNAL_SUPPRESS_LOCATION
+#include <systemd/sd-journal.h>
+
+#include <cstdio>
+#include <sys/stat.h>
+#include <syslog.h>
+#include <unistd.h>
+
+namespace snapvane {
+
+namespace {
+
+struct Level
+{
+    const char* name;
+    int syslogPriority;
+};
+
+Level levelOf(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return {"debug", LOG_DEBUG};
+    case QtInfoMsg:
+        return {"notice", LOG_NOTICE};
+    case QtWarningMsg:
+        return {"warning", LOG_WARNING};
+    case QtCriticalMsg:
+    case QtFatalMsg:
+        break;
+    }
+    return {"error", LOG_ERR};
+}
+
+bool hasJournal()
+{
+    struct stat socket = {};
+    return stat("/run/systemd/journal/socket", &socket) == 0 && S_ISSOCK(socket.st_mode);
+}
+
+bool sendToJournal(const Level& level, const char* category, const QByteArray& text)
+{
+    return sd_journal_send("MESSAGE=%s", text.constData(), "PRIORITY=%i", level.syslogPriority,
+                           "SUBSYSTEM=%s", applicationIdentifier, "CATEGORY=%s", category,
+                           "SYSLOG_IDENTIFIER=snapvane", nullptr) >= 0;
+}
+
+void writeToStandardError(const Level& level, const char* category, const QByteArray& text)
+{
+    // One call a line, so that lines of several threads do not mix.
+    std::fprintf(stderr, "[%s] %s: %s\n", category, level.name, text.constData());
+    std::fflush(stderr);
+}
+
+void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    static const bool journal = hasJournal();
+    static const bool terminal = isatty(STDERR_FILENO) == 1;
+    const Level level = levelOf(type);
+    const char* category = context.category != nullptr ? context.category : "default";
+    const QByteArray text = message.toUtf8();
+    const bool sent = journal && sendToJournal(level, category, text);
+    // Somebody who started the program by hand wants to see what it says.
+    if (!sent || terminal) {
+        writeToStandardError(level, category, text);
+    }
+}
+
+} // namespace
+
+void Log::error(const QString& text) const { qCCritical(m_category).noquote() << text; }
+
+void Log::notice(const QString& text) const { qCInfo(m_category).noquote() << text; }
+
+void installLogHandler() { qInstallMessageHandler(handleMessage); }
+
+} // namespace snapvane

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/Geometry.h"
+
+#include <QString>
+
+#include <memory>
+
+class QWidget;
+
+namespace snapvane {
+
+/// What a panel does with input.
+enum class PanelInput { ClickThrough, Pointer, PointerAndKeyboard };
+
+struct PanelOptions
+{
+    /// The window's name.
+    QString name;
+    /// Place in the stacking order among the program's own surfaces; above all other applications.
+    int level = 0;
+    PanelInput input = PanelInput::ClickThrough;
+};
+
+/// A widget shown as a borderless surface at a global place, on every workspace, never activating
+/// the program. Main thread. Destroying it takes it off the screen.
+class Panel
+{
+public:
+    virtual ~Panel() = default;
+
+    /// Shows the panel, or moves it when it is shown, with its lower-left corner at `origin` (global
+    /// points) and brings it to the front of its level.
+    virtual void showAt(GlobalPoint origin) = 0;
+    virtual void hide() = 0;
+    virtual bool isVisible() const = 0;
+};
+
+class Panels
+{
+public:
+    virtual ~Panels() = default;
+
+    /// The panel owns the widget, whose size is the panel's.
+    virtual std::unique_ptr<Panel> create(std::unique_ptr<QWidget> content,
+                                          const PanelOptions& options) = 0;
+};
+
+} // namespace snapvane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace snapvane {
+
+class LoginItem;
+class OverlayHost;
+class Panels;
+class Pasteboard;
+class ScreenCapturer;
+class Screens;
+class TrayHost;
+class Workspace;
+
+/// Everything that the program needs of the desktop it runs on, one object a duty. Made once by
+/// PlatformLoader; the objects live as long as the platform.
+class Platform
+{
+public:
+    virtual ~Platform() = default;
+
+    virtual QString name() const = 0;
+    virtual Screens& screens() = 0;
+    virtual ScreenCapturer& capturer() = 0;
+    virtual OverlayHost& overlays() = 0;
+    virtual Panels& panels() = 0;
+    virtual Pasteboard& pasteboard() = 0;
+    virtual Workspace& workspace() = 0;
+    virtual LoginItem& loginItem() = 0;
+    virtual TrayHost& trayHost() = 0;
+
+    /// The platform that `shared()` objects of the program are built on. Asking before one is
+    /// installed is a program error.
+    static Platform& shared();
+    /// Called once by the program's entry; the platform stays owned by the caller, who passes null
+    /// before it goes.
+    static void install(Platform* platform);
+};
+
+} // namespace snapvane

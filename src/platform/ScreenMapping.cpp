@@ -1,0 +1,147 @@
+#include "platform/ScreenMapping.h"
+
+#include "base/ProgramError.h"
+#include "base/Rounding.h"
+
+#include <algorithm>
+
+namespace snapvane::ScreenMapping {
+
+namespace {
+
+/// A screen's frame while y still points down from the native upper-left corner.
+struct LogicalFrame
+{
+    double left;
+    double top;
+    double width;
+    double height;
+};
+
+LogicalFrame logicalFrame(const NativeScreen& screen)
+{
+    return {static_cast<double>(screen.nativeFrame.origin.x),
+            static_cast<double>(screen.nativeFrame.origin.y),
+            screen.nativeFrame.size.width / screen.backingScale,
+            screen.nativeFrame.size.height / screen.backingScale};
+}
+
+GlobalRect withoutReserved(const GlobalRect& frame, const NativeScreen& screen)
+{
+    const double scale = screen.backingScale;
+    const auto& reserved = screen.reserved;
+    const double width =
+        std::max(0.0, frame.width() - (reserved.left + reserved.right) / scale);
+    const double height =
+        std::max(0.0, frame.height() - (reserved.top + reserved.bottom) / scale);
+    return {{frame.minX() + reserved.left / scale, frame.minY() + reserved.bottom / scale},
+            {width, height}};
+}
+
+DevicePoint nearestInside(const DeviceRect& frame, DevicePoint position)
+{
+    return {std::clamp(position.x, frame.origin.x, frame.origin.x + frame.size.width - 1),
+            std::clamp(position.y, frame.origin.y, frame.origin.y + frame.size.height - 1)};
+}
+
+long long squaredDistance(DevicePoint a, DevicePoint b)
+{
+    const long long dx = a.x - b.x;
+    const long long dy = a.y - b.y;
+    return dx * dx + dy * dy;
+}
+
+const Screen& nearestScreen(const ScreenList& screens, DevicePoint position)
+{
+    return *std::min_element(
+        screens.begin(), screens.end(), [position](const Screen& a, const Screen& b) {
+            return squaredDistance(nearestInside(a.nativeFrame, position), position) <
+                   squaredDistance(nearestInside(b.nativeFrame, position), position);
+        });
+}
+
+} // namespace
+
+ScreenList layOut(const std::vector<NativeScreen>& screens)
+{
+    ScreenList result;
+    if (screens.empty()) {
+        return result;
+    }
+    const LogicalFrame primary = logicalFrame(screens.front());
+    for (const NativeScreen& native : screens) {
+        const LogicalFrame logical = logicalFrame(native);
+        Screen screen;
+        screen.id = native.id;
+        screen.name = native.name;
+        screen.backingScale = native.backingScale;
+        screen.nativeFrame = native.nativeFrame;
+        screen.frame = {{logical.left - primary.left,
+                         primary.top + primary.height - (logical.top + logical.height)},
+                        {logical.width, logical.height}};
+        screen.visibleFrame = withoutReserved(screen.frame, native);
+        result.push_back(screen);
+    }
+    return result;
+}
+
+const Screen* screenAt(const ScreenList& screens, DevicePoint position)
+{
+    const auto found =
+        std::find_if(screens.begin(), screens.end(), [position](const Screen& screen) {
+            return screen.nativeFrame.contains(position);
+        });
+    return found == screens.end() ? nullptr : &*found;
+}
+
+PointerPlace pointerPlace(const ScreenList& screens, DevicePoint position)
+{
+    if (screens.empty()) {
+        programError("a pointer place was asked for without any screen");
+    }
+    const Screen* under = screenAt(screens, position);
+    const Screen& screen = under != nullptr ? *under : nearestScreen(screens, position);
+    const DevicePoint pixel = nearestInside(screen.nativeFrame, position);
+    const int column = pixel.x - screen.nativeFrame.origin.x;
+    const int row = pixel.y - screen.nativeFrame.origin.y;
+    const double scale = screen.backingScale;
+    const double left = screen.frame.minX() + column / scale;
+    const double top = screen.frame.maxY() - row / scale;
+
+    const bool lastColumn = column == screen.nativeSize().width - 1 &&
+                            screenAt(screens, {pixel.x + 1, pixel.y}) == nullptr;
+    const bool lastRow = row == screen.nativeSize().height - 1 &&
+                         screenAt(screens, {pixel.x, pixel.y + 1}) == nullptr;
+    const double bottom = screen.frame.maxY() - (row + 1) / scale;
+    return {{lastColumn ? screen.frame.maxX() : left, lastRow ? screen.frame.minY() : top},
+            {left, bottom}};
+}
+
+PixelRect pixelRect(const Screen& screen, const GlobalRect& area)
+{
+    const double scale = screen.backingScale;
+    const int left = roundedPixel((area.minX() - screen.frame.minX()) * scale);
+    const int right = roundedPixel((area.maxX() - screen.frame.minX()) * scale);
+    const int top = roundedPixel((screen.frame.maxY() - area.maxY()) * scale);
+    const int bottom = roundedPixel((screen.frame.maxY() - area.minY()) * scale);
+    return {left, top, right - left, bottom - top};
+}
+
+PixelRect sourcePixels(const Screen& screen, const GlobalRect& local, PixelSize output)
+{
+    const double scale = screen.backingScale;
+    const PixelSize size = screen.nativeSize();
+    const int left = roundedPixel(local.minX() * scale);
+    const int top = roundedPixel((screen.frame.height() - local.maxY()) * scale);
+    return {std::clamp(left, 0, std::max(0, size.width - output.width)),
+            std::clamp(top, 0, std::max(0, size.height - output.height)), output.width,
+            output.height};
+}
+
+DeviceRect deviceRect(const Screen& screen, const PixelRect& pixels)
+{
+    return {{screen.nativeFrame.origin.x + pixels.x, screen.nativeFrame.origin.y + pixels.y},
+            {pixels.width, pixels.height}};
+}
+
+} // namespace snapvane::ScreenMapping

@@ -1,0 +1,135 @@
+#include "platform/null/NullPlatform.h"
+
+#include "platform/null/ImageCanvas.h"
+
+#include <QWidget>
+
+namespace snapvane::null {
+
+namespace {
+
+/// Keeps the widget where nobody sees it.
+class NullPanel : public Panel
+{
+public:
+    explicit NullPanel(std::unique_ptr<QWidget> content) : m_content(std::move(content)) {}
+
+    void showAt(GlobalPoint) override { m_visible = true; }
+    void hide() override { m_visible = false; }
+    bool isVisible() const override { return m_visible; }
+
+private:
+    std::unique_ptr<QWidget> m_content;
+    bool m_visible = false;
+};
+
+QImage plainPicture(const NullCapturer::Shot& shot)
+{
+    const PixelSize size = shot.configuration.outputSize;
+    QImage image(size.width, size.height, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    return image;
+}
+
+void throwIfSet(const std::exception_ptr& failure)
+{
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+} // namespace
+
+QCoro::Task<ShareableContent> NullCapturer::shareableContent(ContentQuery query)
+{
+    queries.push_back(query);
+    throwIfSet(contentFailure);
+    co_return content;
+}
+
+QCoro::Task<QImage> NullCapturer::screenshot(ContentFilter filter,
+                                             StreamConfiguration configuration)
+{
+    shots.push_back({filter, configuration});
+    throwIfSet(screenshotFailure);
+    co_return render ? render(shots.back()) : plainPicture(shots.back());
+}
+
+NullOverlaySession::NullOverlaySession(NullOverlayHost& host, const OverlayOptions& overlayOptions,
+                                       OverlayClient& overlayClient)
+    : options(overlayOptions), client(overlayClient), m_host(host)
+{
+    for (const Screen& screen : options.screens) {
+        QImage surface(screen.nativeSize().width, screen.nativeSize().height,
+                       QImage::Format_ARGB32_Premultiplied);
+        surface.fill(QColor::fromRgbF(0, 0, 0, static_cast<float>(options.dimAmount)));
+        surfaces.push_back(surface);
+    }
+    m_host.session = this;
+}
+
+NullOverlaySession::~NullOverlaySession()
+{
+    m_host.session = nullptr;
+    if (m_host.onClose) {
+        m_host.onClose(concealed);
+    }
+}
+
+void NullOverlaySession::repaint(std::size_t screenIndex, const QRegion& region)
+{
+    QImage& surface = surfaces.at(screenIndex);
+    const QRegion visible = region.intersected(surface.rect());
+    ImageCanvas canvas(surface, options.dimAmount, visible);
+    client.paintOverlay(screenIndex, canvas, visible);
+    painted.push_back(visible);
+}
+
+void NullOverlaySession::conceal() { concealed = true; }
+
+std::unique_ptr<OverlaySession> NullOverlayHost::open(const OverlayOptions& options,
+                                                      OverlayClient& client)
+{
+    if (!capable) {
+        return nullptr;
+    }
+    ++opened;
+    return std::make_unique<NullOverlaySession>(*this, options, client);
+}
+
+QCoro::Task<> NullOverlayHost::menusClosed()
+{
+    ++menuWaits;
+    co_return;
+}
+
+std::unique_ptr<Panel> NullPanels::create(std::unique_ptr<QWidget> content, const PanelOptions&)
+{
+    return std::make_unique<NullPanel>(std::move(content));
+}
+
+bool NullWorkspace::open(const QUrl& url)
+{
+    opened.push_back(url);
+    return opens;
+}
+
+bool NullWorkspace::openPrivacyPanel()
+{
+    ++privacyPanels;
+    return opens;
+}
+
+void NullLoginItem::registerItem()
+{
+    throwIfSet(failure);
+    registered = true;
+}
+
+void NullLoginItem::unregisterItem()
+{
+    throwIfSet(failure);
+    registered = false;
+}
+
+} // namespace snapvane::null

@@ -1,0 +1,173 @@
+#pragma once
+
+#include "platform/Capturer.h"
+#include "platform/LoginItem.h"
+#include "platform/Overlay.h"
+#include "platform/Panels.h"
+#include "platform/Pasteboard.h"
+#include "platform/Platform.h"
+#include "platform/Screens.h"
+#include "platform/TrayHost.h"
+#include "platform/Workspace.h"
+
+#include <QUrl>
+
+#include <exception>
+#include <functional>
+
+/// A desktop that exists in memory only. It keeps the program's logic runnable anywhere: what the
+/// program does to it can be read, what a user would do can be called. Main thread.
+namespace snapvane::null {
+
+class NullScreens : public Screens
+{
+    Q_OBJECT
+
+public:
+    ScreenList list() override { return screens; }
+    GlobalPoint pointerLocation() override { return pointer; }
+
+    /// One screen of 1920 × 1080 points at scale 1 to begin with.
+    ScreenList screens = ScreenMapping::layOut({{1, QStringLiteral("Null"), {{0, 0}, {1920, 1080}}, 1, {}}});
+    GlobalPoint pointer;
+};
+
+class NullCapturer : public ScreenCapturer
+{
+public:
+    struct Shot
+    {
+        ContentFilter filter;
+        StreamConfiguration configuration;
+    };
+
+    bool preflightAccess() override { return access; }
+    QCoro::Task<ShareableContent> shareableContent(ContentQuery query) override;
+    QCoro::Task<QImage> screenshot(ContentFilter filter,
+                                   StreamConfiguration configuration) override;
+
+    bool access = true;
+    ShareableContent content;
+    /// Thrown by the query and the screenshot when set.
+    std::exception_ptr contentFailure;
+    std::exception_ptr screenshotFailure;
+    /// Makes the picture; a plain one of the size that was asked for to begin with.
+    std::function<QImage(const Shot&)> render;
+    std::vector<ContentQuery> queries;
+    std::vector<Shot> shots;
+};
+
+class NullOverlayHost;
+
+/// A session whose surfaces are images.
+class NullOverlaySession : public OverlaySession
+{
+public:
+    NullOverlaySession(NullOverlayHost& host, const OverlayOptions& options,
+                       OverlayClient& client);
+    ~NullOverlaySession() override;
+
+    void repaint(std::size_t screenIndex, const QRegion& region) override;
+    void conceal() override;
+
+    OverlayOptions options;
+    OverlayClient& client;
+    bool concealed = false;
+    std::vector<QImage> surfaces;
+    /// The regions that were painted, the newest last.
+    std::vector<QRegion> painted;
+
+private:
+    NullOverlayHost& m_host;
+};
+
+class NullOverlayHost : public OverlayHost
+{
+public:
+    std::unique_ptr<OverlaySession> open(const OverlayOptions& options,
+                                         OverlayClient& client) override;
+    QCoro::Task<> menusClosed() override;
+
+    /// False makes `open` fail.
+    bool capable = true;
+    /// Called when a session goes; tells whether it was concealed.
+    std::function<void(bool concealed)> onClose;
+    NullOverlaySession* session = nullptr;
+    int opened = 0;
+    int menuWaits = 0;
+};
+
+class NullPanels : public Panels
+{
+public:
+    std::unique_ptr<Panel> create(std::unique_ptr<QWidget> content,
+                                  const PanelOptions& options) override;
+};
+
+class NullPasteboard : public Pasteboard
+{
+public:
+    void write(const PasteboardContents& contents) override { writes.push_back(contents); }
+
+    std::vector<PasteboardContents> writes;
+};
+
+class NullWorkspace : public Workspace
+{
+public:
+    bool open(const QUrl& url) override;
+    bool openPrivacyPanel() override;
+    void beep() override { ++beeps; }
+
+    bool opens = true;
+    std::vector<QUrl> opened;
+    int privacyPanels = 0;
+    int beeps = 0;
+};
+
+class NullLoginItem : public LoginItem
+{
+public:
+    void registerItem() override;
+    void unregisterItem() override;
+    bool isRegistered() const override { return registered; }
+
+    bool registered = false;
+    std::exception_ptr failure;
+};
+
+class NullTrayHost : public TrayHost
+{
+    Q_OBJECT
+
+public:
+    bool isPresent() const override { return present; }
+
+    bool present = false;
+};
+
+class NullPlatform : public Platform
+{
+public:
+    QString name() const override { return QStringLiteral("null"); }
+    NullScreens& screens() override { return m_screens; }
+    NullCapturer& capturer() override { return m_capturer; }
+    NullOverlayHost& overlays() override { return m_overlays; }
+    NullPanels& panels() override { return m_panels; }
+    NullPasteboard& pasteboard() override { return m_pasteboard; }
+    NullWorkspace& workspace() override { return m_workspace; }
+    NullLoginItem& loginItem() override { return m_loginItem; }
+    NullTrayHost& trayHost() override { return m_trayHost; }
+
+private:
+    NullScreens m_screens;
+    NullCapturer m_capturer;
+    NullOverlayHost m_overlays;
+    NullPanels m_panels;
+    NullPasteboard m_pasteboard;
+    NullWorkspace m_workspace;
+    NullLoginItem m_loginItem;
+    NullTrayHost m_trayHost;
+};
+
+} // namespace snapvane::null

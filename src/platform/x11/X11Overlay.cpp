@@ -1,0 +1,322 @@
+#include "platform/x11/X11Overlay.h"
+
+#include "base/Async.h"
+#include "base/Log.h"
+#include "base/MainLoopWatchdog.h"
+#include "platform/x11/OpenMenus.h"
+#include "platform/x11/OverlayKeyboard.h"
+#include "platform/x11/RootGrabber.h"
+#include "platform/x11/X11InputGrab.h"
+#include "platform/x11/X11OverlaySurface.h"
+#include "platform/x11/X11Screens.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+#include <QCoroTimer>
+
+#include <xcb/composite.h>
+#include <xcb/xcb_cursor.h>
+
+namespace snapvane::x11 {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto menuPatience = 300ms;
+constexpr auto menuPollInterval = 10ms;
+// Without a compositor what stood under a menu is painted again by its program, which takes a moment.
+constexpr auto uncoveredWindowsPaint = 40ms;
+
+constexpr std::uint32_t primaryButton = 1;
+
+const Log& overlayLog()
+{
+    static const Log log("Overlay");
+    return log;
+}
+
+/// One session: its surfaces, its grab, and what comes in through them.
+class X11OverlaySession : public OverlaySession, public QAbstractNativeEventFilter
+{
+public:
+    X11OverlaySession(const Server& server, const OverlayOptions& options, OverlayClient& client,
+                      xcb_cursor_t cursor);
+    ~X11OverlaySession() override;
+
+    void repaint(std::size_t screenIndex, const QRegion& region) override;
+    void conceal() override;
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
+private:
+    bool isOurs(xcb_window_t window) const;
+    bool handleInput(const xcb_ge_generic_event_t& event);
+    void handlePointer(const xcb_input_button_press_event_t& event);
+    void handleKey(const xcb_input_key_press_event_t& event);
+    void handleExpose(const xcb_expose_event_t& event);
+    void selectInput(xcb_window_t window);
+    void schedulePaint();
+    void paintAll();
+
+    Server m_server;
+    ScreenList m_screens;
+    OverlayClient& m_client;
+    std::uint8_t m_inputOpcode = 0;
+    std::vector<std::unique_ptr<X11OverlaySurface>> m_surfaces;
+    OverlayKeyboard m_keyboard;
+    bool m_primaryDown = false;
+    bool m_paintScheduled = false;
+    QObject m_context;
+    MainLoopWatchdog m_watchdog;
+    std::unique_ptr<X11InputGrab> m_grab;
+};
+
+X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions& options,
+                                     OverlayClient& client, xcb_cursor_t cursor)
+    : m_server(server), m_screens(options.screens), m_client(client), m_keyboard(server)
+{
+    m_inputOpcode = xcb_get_extension_data(server.connection, &xcb_input_id)->major_opcode;
+    // Every window keeps its pixels from here on, so that the screen is restored the moment the
+    // surfaces go, without anybody having to paint.
+    xcb_composite_redirect_subwindows(server.connection, server.root(),
+                                      XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    const bool translucent = hasCompositor(server) && argbVisual(server) != XCB_NONE;
+    for (const Screen& screen : m_screens) {
+        m_surfaces.push_back(
+            std::make_unique<X11OverlaySurface>(server, screen, options, translucent, cursor));
+        selectInput(m_surfaces.back()->window());
+    }
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    m_grab = std::make_unique<X11InputGrab>(
+        server, cursor, [this](const QString& reason) { m_client.overlayInputRefused(reason); });
+    xcb_flush(server.connection);
+}
+
+X11OverlaySession::~X11OverlaySession()
+{
+    QCoreApplication::instance()->removeNativeEventFilter(this);
+    m_grab.reset();
+    m_surfaces.clear();
+    xcb_composite_unredirect_subwindows(m_server.connection, m_server.root(),
+                                        XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    // Whoever grabs next does so on another connection; the server must have come this far.
+    roundTrip(m_server);
+}
+
+void X11OverlaySession::repaint(std::size_t screenIndex, const QRegion& region)
+{
+    m_surfaces.at(screenIndex)->markDirty(region);
+    m_surfaces[screenIndex]->paint(screenIndex, m_client);
+    xcb_flush(m_server.connection);
+}
+
+void X11OverlaySession::conceal()
+{
+    for (const auto& surface : m_surfaces) {
+        surface->conceal();
+    }
+    xcb_flush(m_server.connection);
+}
+
+bool X11OverlaySession::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
+{
+    if (eventType != "xcb_generic_event_t") {
+        return false;
+    }
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    const int type = event->response_type & 0x7f;
+    if (type == XCB_GE_GENERIC) {
+        return handleInput(*reinterpret_cast<const xcb_ge_generic_event_t*>(event));
+    }
+    if (type == XCB_EXPOSE) {
+        const auto& expose = *reinterpret_cast<const xcb_expose_event_t*>(event);
+        if (isOurs(expose.window)) {
+            handleExpose(expose);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool X11OverlaySession::isOurs(xcb_window_t window) const
+{
+    const bool surface = std::any_of(m_surfaces.begin(), m_surfaces.end(),
+                                     [window](const auto& s) { return s->window() == window; });
+    return surface || (m_grab && m_grab->window() == window);
+}
+
+bool X11OverlaySession::handleInput(const xcb_ge_generic_event_t& event)
+{
+    if (event.extension != m_inputOpcode) {
+        return false;
+    }
+    switch (event.event_type) {
+    case XCB_INPUT_BUTTON_PRESS:
+    case XCB_INPUT_BUTTON_RELEASE:
+    case XCB_INPUT_MOTION: {
+        const auto& pointer = reinterpret_cast<const xcb_input_button_press_event_t&>(event);
+        if (!isOurs(pointer.event)) {
+            return false;
+        }
+        handlePointer(pointer);
+        return true;
+    }
+    case XCB_INPUT_KEY_PRESS: {
+        const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
+        if (!isOurs(key.event)) {
+            return false;
+        }
+        handleKey(key);
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& event)
+{
+    // Positions come as 16.16 fixed point; the whole part is the pixel.
+    const DevicePoint position = {event.root_x >> 16, event.root_y >> 16};
+    OverlayPointerEvent pointer;
+    pointer.place = ScreenMapping::pointerPlace(m_screens, position);
+    if (event.event_type == XCB_INPUT_MOTION) {
+        pointer.kind = m_primaryDown ? OverlayPointerEvent::Kind::Dragged
+                                     : OverlayPointerEvent::Kind::Moved;
+    } else if (event.detail == primaryButton) {
+        m_primaryDown = event.event_type == XCB_INPUT_BUTTON_PRESS;
+        pointer.kind =
+            m_primaryDown ? OverlayPointerEvent::Kind::Down : OverlayPointerEvent::Kind::Up;
+    } else {
+        return;
+    }
+    m_client.overlayPointerEvent(pointer);
+}
+
+void X11OverlaySession::handleKey(const xcb_input_key_press_event_t& event)
+{
+    m_client.overlayKeyEvent(
+        m_keyboard.translate(event.detail, event.mods.effective, event.group.effective));
+}
+
+void X11OverlaySession::handleExpose(const xcb_expose_event_t& event)
+{
+    for (const auto& surface : m_surfaces) {
+        if (surface->window() == event.window) {
+            surface->markExposed(QRect(event.x, event.y, event.width, event.height));
+        }
+    }
+    schedulePaint();
+}
+
+void X11OverlaySession::selectInput(xcb_window_t window)
+{
+    // Until the grab is there, what happens on the surfaces themselves arrives this way.
+    struct
+    {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } const selection = {{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+                         XCB_INPUT_XI_EVENT_MASK_BUTTON_PRESS |
+                             XCB_INPUT_XI_EVENT_MASK_BUTTON_RELEASE |
+                             XCB_INPUT_XI_EVENT_MASK_MOTION | XCB_INPUT_XI_EVENT_MASK_KEY_PRESS};
+    xcb_input_xi_select_events(m_server.connection, window, 1, &selection.head);
+}
+
+void X11OverlaySession::schedulePaint()
+{
+    if (m_paintScheduled) {
+        return;
+    }
+    m_paintScheduled = true;
+    // The server tells of one lost region in several events; they are painted together.
+    QMetaObject::invokeMethod(&m_context, [this] { paintAll(); }, Qt::QueuedConnection);
+}
+
+void X11OverlaySession::paintAll()
+{
+    m_paintScheduled = false;
+    for (std::size_t i = 0; i < m_surfaces.size(); ++i) {
+        m_surfaces[i]->paint(i, m_client);
+    }
+    xcb_flush(m_server.connection);
+}
+
+} // namespace
+
+X11OverlayHost::X11OverlayHost(X11Screens& screens, RootGrabber& grabber)
+    : m_screens(screens), m_grabber(grabber)
+{
+}
+
+X11OverlayHost::~X11OverlayHost()
+{
+    if (m_crosshair != XCB_NONE) {
+        xcb_free_cursor(qtServer().connection, m_crosshair);
+    }
+}
+
+std::unique_ptr<OverlaySession> X11OverlayHost::open(const OverlayOptions& options,
+                                                     OverlayClient& client)
+{
+    const Server server = qtServer();
+    const bool capable = hasExtension(server, &xcb_composite_id) &&
+                         hasExtension(server, &xcb_input_id) &&
+                         RenderFormats::of(server).argb != XCB_NONE;
+    if (!capable || options.screens.empty()) {
+        overlayLog().error(QStringLiteral("The display server cannot show a selection overlay."));
+        return nullptr;
+    }
+    return std::make_unique<X11OverlaySession>(server, options, client, crosshair());
+}
+
+QCoro::Task<> X11OverlayHost::menusClosed()
+{
+    const Server server = qtServer();
+    const auto screens = m_screens.nativeFrames();
+    bool seen = false;
+    for (auto waited = 0ms; waited < menuPatience; waited += menuPollInterval) {
+        if (!isMenuAtPointer(server, screens)) {
+            break;
+        }
+        seen = true;
+        QTimer pause;
+        pause.setSingleShot(true);
+        pause.start(menuPollInterval);
+        co_await pause;
+    }
+    if (seen && !hasCompositor(server)) {
+        QTimer pause;
+        pause.setSingleShot(true);
+        pause.start(uncoveredWindowsPaint);
+        co_await pause;
+    }
+    RootGrabber* grabber = &m_grabber;
+    auto glass = runInBackground([grabber, screens] {
+        grabber->waitForGlass(screens);
+        return true;
+    });
+    try {
+        co_await glass;
+    } catch (const std::exception& error) {
+        // The selection can go on; the capture itself will report what is wrong.
+        overlayLog().error(QString::fromUtf8(error.what()));
+    }
+}
+
+xcb_cursor_t X11OverlayHost::crosshair()
+{
+    if (m_crosshair != XCB_NONE) {
+        return m_crosshair;
+    }
+    const Server server = qtServer();
+    xcb_cursor_context_t* context = nullptr;
+    auto* screen = const_cast<xcb_screen_t*>(server.screen);
+    if (xcb_cursor_context_new(server.connection, screen, &context) >= 0) {
+        m_crosshair = xcb_cursor_load_cursor(context, "crosshair");
+        xcb_cursor_context_free(context);
+    }
+    return m_crosshair;
+}
+
+} // namespace snapvane::x11

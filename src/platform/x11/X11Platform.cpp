@@ -1,0 +1,56 @@
+#include "platform/x11/X11Platform.h"
+
+#include "platform/x11/X11Capturer.h"
+#include "platform/x11/X11Overlay.h"
+#include "platform/x11/X11Panels.h"
+#include "platform/x11/X11Screens.h"
+#include "platform/x11/X11TrayManager.h"
+#include "platform/xdg/QtPasteboard.h"
+#include "platform/xdg/XdgLoginItem.h"
+#include "platform/xdg/XdgWorkspace.h"
+
+namespace snapvane::x11 {
+
+namespace {
+
+class X11Platform : public Platform
+{
+public:
+    QString name() const override { return QStringLiteral("x11"); }
+    Screens& screens() override { return m_screens; }
+    ScreenCapturer& capturer() override { return m_capturer; }
+    OverlayHost& overlays() override { return m_overlays; }
+    Panels& panels() override { return m_panels; }
+    Pasteboard& pasteboard() override { return m_pasteboard; }
+    Workspace& workspace() override { return m_workspace; }
+    LoginItem& loginItem() override { return m_loginItem; }
+    TrayHost& trayHost() override { return m_trayHost; }
+
+private:
+    X11Screens m_screens;
+    X11Capturer m_capturer{m_screens};
+    X11OverlayHost m_overlays{m_screens, m_capturer.grabber()};
+    X11Panels m_panels{m_screens};
+    xdg::QtPasteboard m_pasteboard;
+    xdg::XdgWorkspace m_workspace;
+    xdg::XdgLoginItem m_loginItem;
+    X11TrayManager m_trayHost;
+};
+
+} // namespace
+
+QString x11Obstacle()
+{
+    const QString display = qEnvironmentVariable("DISPLAY");
+    if (display.isEmpty()) {
+        return QStringLiteral("No display: the variable DISPLAY is not set.");
+    }
+    if (OwnConnection::open() == nullptr) {
+        return QStringLiteral("No display: the X server %1 cannot be reached.").arg(display);
+    }
+    return {};
+}
+
+std::unique_ptr<Platform> makeX11Platform() { return std::make_unique<X11Platform>(); }
+
+} // namespace snapvane::x11

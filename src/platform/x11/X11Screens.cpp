@@ -1,0 +1,223 @@
+#include "platform/x11/X11Screens.h"
+
+#include "platform/x11/ReservedEdges.h"
+#include "platform/x11/Xcb.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <xcb/randr.h>
+
+namespace snapvane::x11 {
+
+namespace {
+
+/// Qt's scale factor for the monitor; Qt names its screens as RandR names the monitors.
+double scaleOf(const QString& name, DevicePoint nativeTopLeft)
+{
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        if (screen->name() == name) {
+            return screen->devicePixelRatio();
+        }
+    }
+    for (const QScreen* screen : screens) {
+        // Qt leaves the upper-left corner of a screen unscaled.
+        if (screen->geometry().topLeft() == QPoint(nativeTopLeft.x, nativeTopLeft.y)) {
+            return screen->devicePixelRatio();
+        }
+    }
+    return screens.isEmpty() ? 1.0 : screens.front()->devicePixelRatio();
+}
+
+QString atomName(const Server& server, xcb_get_atom_name_cookie_t cookie)
+{
+    const auto reply = owned(xcb_get_atom_name_reply(server.connection, cookie, nullptr));
+    if (!reply) {
+        return {};
+    }
+    return QString::fromUtf8(xcb_get_atom_name_name(reply.get()),
+                             xcb_get_atom_name_name_length(reply.get()));
+}
+
+/// RandR 1.5 and later know monitors, which need not be outputs.
+bool knowsMonitors(const Server& server)
+{
+    if (!hasExtension(server, &xcb_randr_id)) {
+        return false;
+    }
+    const auto cookie = xcb_randr_query_version(server.connection, 1, 5);
+    const auto reply = owned(xcb_randr_query_version_reply(server.connection, cookie, nullptr));
+    return reply && (reply->major_version > 1 || reply->minor_version >= 5);
+}
+
+std::vector<Monitor> monitorsFromRandr(const Server& server)
+{
+    std::vector<Monitor> monitors;
+    const auto cookie = xcb_randr_get_monitors(server.connection, server.root(), 1);
+    const auto reply = owned(xcb_randr_get_monitors_reply(server.connection, cookie, nullptr));
+    if (!reply) {
+        return monitors;
+    }
+    std::vector<xcb_get_atom_name_cookie_t> names;
+    auto infos = xcb_randr_get_monitors_monitors_iterator(reply.get());
+    for (; infos.rem > 0; xcb_randr_monitor_info_next(&infos)) {
+        const xcb_randr_monitor_info_t& info = *infos.data;
+        Monitor monitor;
+        monitor.isPrimary = info.primary != 0;
+        monitor.screen.id = info.name;
+        monitor.screen.nativeFrame = {{info.x, info.y}, {info.width, info.height}};
+        monitors.push_back(monitor);
+        names.push_back(xcb_get_atom_name(server.connection, info.name));
+    }
+    for (std::size_t i = 0; i < monitors.size(); ++i) {
+        monitors[i].screen.name = atomName(server, names[i]);
+    }
+    std::erase_if(monitors, [](const Monitor& monitor) {
+        const PixelSize size = monitor.screen.nativeFrame.size;
+        return size.width < 1 || size.height < 1;
+    });
+    return monitors;
+}
+
+/// Where RandR tells of no monitor the whole X screen is one.
+Monitor wholeRoot(const Server& server)
+{
+    Monitor monitor;
+    const auto cookie = xcb_get_geometry(server.connection, server.root());
+    const auto reply = owned(xcb_get_geometry_reply(server.connection, cookie, nullptr));
+    if (reply) {
+        monitor.screen.nativeFrame = {{0, 0}, {reply->width, reply->height}};
+    }
+    return monitor;
+}
+
+std::vector<ScreenMapping::NativeScreen> readScreens(const Server& server)
+{
+    static const bool monitorsKnown = knowsMonitors(server);
+    std::vector<Monitor> monitors =
+        monitorsKnown ? monitorsFromRandr(server) : std::vector<Monitor>();
+    if (monitors.empty()) {
+        monitors.push_back(wholeRoot(server));
+    }
+    for (Monitor& monitor : monitors) {
+        monitor.screen.backingScale =
+            scaleOf(monitor.screen.name, monitor.screen.nativeFrame.origin);
+    }
+    return primaryFirst(std::move(monitors));
+}
+
+} // namespace
+
+std::vector<ScreenMapping::NativeScreen> primaryFirst(std::vector<Monitor> monitors)
+{
+    auto primary = std::find_if(monitors.begin(), monitors.end(),
+                                [](const Monitor& monitor) { return monitor.isPrimary; });
+    if (primary == monitors.end()) {
+        primary = std::find_if(monitors.begin(), monitors.end(), [](const Monitor& monitor) {
+            return monitor.screen.nativeFrame.origin == DevicePoint{0, 0};
+        });
+    }
+    if (primary != monitors.end()) {
+        std::rotate(monitors.begin(), primary, std::next(primary));
+    }
+    std::vector<ScreenMapping::NativeScreen> screens;
+    for (Monitor& monitor : monitors) {
+        screens.push_back(std::move(monitor.screen));
+    }
+    return screens;
+}
+
+X11Screens::X11Screens()
+{
+    m_announcement.setSingleShot(true);
+    connect(&m_announcement, &QTimer::timeout, this, &X11Screens::announceChange);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, &X11Screens::noteChange);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &X11Screens::noteChange);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &X11Screens::noteChange);
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+X11Screens::~X11Screens()
+{
+    if (auto* application = QCoreApplication::instance()) {
+        application->removeNativeEventFilter(this);
+    }
+}
+
+ScreenList X11Screens::list()
+{
+    if (m_stale) {
+        const Server server = qtServer();
+        auto screens = readScreens(server);
+        reserveDockEdges(server, screens);
+        m_list = ScreenMapping::layOut(screens);
+        m_stale = false;
+    }
+    return m_list;
+}
+
+GlobalPoint X11Screens::pointerLocation()
+{
+    const Server server = qtServer();
+    const auto cookie = xcb_query_pointer(server.connection, server.root());
+    const auto reply = owned(xcb_query_pointer_reply(server.connection, cookie, nullptr));
+    const ScreenList screens = list();
+    if (!reply || screens.empty()) {
+        return {};
+    }
+    return ScreenMapping::pointerPlace(screens, {reply->root_x, reply->root_y}).inside;
+}
+
+std::vector<DeviceRect> X11Screens::nativeFrames()
+{
+    std::vector<DeviceRect> frames;
+    for (const Screen& screen : list()) {
+        frames.push_back(screen.nativeFrame);
+    }
+    return frames;
+}
+
+bool X11Screens::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
+{
+    if (eventType != "xcb_generic_event_t") {
+        return false;
+    }
+    const Server server = qtServer();
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    const int type = event->response_type & 0x7f;
+    const auto* randr = xcb_get_extension_data(server.connection, &xcb_randr_id);
+    const int firstRandrEvent = randr != nullptr && randr->present != 0 ? randr->first_event : -1;
+    if (firstRandrEvent >= 0 && (type == firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+                                 type == firstRandrEvent + XCB_RANDR_NOTIFY)) {
+        noteChange();
+    } else if (type == XCB_CONFIGURE_NOTIFY &&
+               reinterpret_cast<const xcb_configure_notify_event_t*>(event)->window ==
+                   server.root()) {
+        noteChange();
+    } else if (type == XCB_PROPERTY_NOTIFY &&
+               reinterpret_cast<const xcb_property_notify_event_t*>(event)->window ==
+                   server.root()) {
+        // Docks come and go with the window manager's lists; only what they reserve may differ.
+        m_stale = true;
+    }
+    return false;
+}
+
+void X11Screens::noteChange()
+{
+    m_stale = true;
+    // Qt takes its own notice of the change first, from which the scale factors come.
+    m_announcement.start(0);
+}
+
+void X11Screens::announceChange()
+{
+    const ScreenList before = m_list;
+    m_stale = true;
+    if (list() != before) {
+        Q_EMIT changed();
+    }
+}
+
+} // namespace snapvane::x11

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "base/Geometry.h"
+
+namespace snapvane {
+
+/// The lines that cross at the pointer during a selection, as the overlay controller and the status
+/// menu see them. Main thread.
+class GuideLines
+{
+public:
+    virtual ~GuideLines() = default;
+
+    /// Those of the program.
+    static GuideLines& shared();
+
+    bool captureSessionActive() const { return m_captureSessionActive; }
+    void setCaptureSessionActive(bool active) { m_captureSessionActive = active; }
+
+    /// Drops all line windows and makes new, hidden ones for the current screens.
+    virtual void rebuildOverlays() = 0;
+    /// Takes every line window off the screen.
+    virtual void hideOverlays() = 0;
+    /// Shows the lines at a place; hides them where no screen is.
+    virtual void updateCursor(GlobalPoint globalPoint) = 0;
+    virtual void screenParametersChanged() = 0;
+
+private:
+    bool m_captureSessionActive = false;
+};
+
+/// Draws nothing; what a selection without lines is built on.
+class NoGuideLines : public GuideLines
+{
+public:
+    void rebuildOverlays() override {}
+    void hideOverlays() override {}
+    void updateCursor(GlobalPoint) override {}
+    void screenParametersChanged() override {}
+};
+
+} // namespace snapvane

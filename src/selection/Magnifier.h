@@ -1,0 +1,30 @@
+#pragma once
+
+#include "capture/DisplaySnapshot.h"
+
+namespace snapvane {
+
+/// The loupe, as the overlay controller sees it. Main thread.
+class Magnifier
+{
+public:
+    virtual ~Magnifier() = default;
+
+    /// Takes the session's snapshots over and shows the loupe.
+    virtual void prepare(const DisplaySnapshotList& snapshots) = 0;
+    /// Moves the loupe to a place; the size is zero while nothing is dragged.
+    virtual void update(GlobalPoint globalPoint, GlobalSize selectionSize) = 0;
+    /// Takes the loupe off the screen and forgets the snapshots.
+    virtual void dismiss() = 0;
+};
+
+/// Shows nothing; what a selection without a loupe is built on.
+class NoMagnifier : public Magnifier
+{
+public:
+    void prepare(const DisplaySnapshotList&) override {}
+    void update(GlobalPoint, GlobalSize) override {}
+    void dismiss() override {}
+};
+
+} // namespace snapvane
