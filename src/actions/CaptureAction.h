@@ -10,8 +10,7 @@
 namespace snapvane {
 
 /// One thing that can be done with a capture.
-class CaptureAction
-{
+class CaptureAction {
 public:
     virtual ~CaptureAction() = default;
 

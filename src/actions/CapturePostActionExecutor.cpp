@@ -9,16 +9,14 @@ namespace snapvane::CapturePostActionExecutor {
 
 namespace {
 
-const Log& batchLog()
-{
+const Log& batchLog() {
     static const Log log("AfterCaptureBatch");
     return log;
 }
 
 } // namespace
 
-QCoro::Task<> runConfiguredAction(CaptureResult result)
-{
+QCoro::Task<> runConfiguredAction(CaptureResult result) {
     SaveToFolderCaptureAction action(CapturePreferences::resolvedSaveFolderPath());
     auto saving = action.perform(std::move(result));
     try {

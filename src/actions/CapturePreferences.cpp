@@ -7,16 +7,14 @@
 
 namespace snapvane::CapturePreferences {
 
-QString defaultSaveFolderPath()
-{
+QString defaultSaveFolderPath() {
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     const QDir parent(pictures.isEmpty() ? QDir::homePath() : pictures);
     return parent.filePath(QLatin1String(productName));
 }
 
-QString resolvedSaveFolderPath()
-{
-    const QString path = defaultSaveFolderPath();
+QString resolvedSaveFolderPath() {
+    QString path = defaultSaveFolderPath();
     // A failure shows when something is saved there.
     QDir().mkpath(path);
     return path;

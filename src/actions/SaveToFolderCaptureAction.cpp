@@ -15,8 +15,7 @@ namespace snapvane {
 
 namespace {
 
-void createFolder(const QString& path)
-{
+void createFolder(const QString& path) {
     std::error_code code;
     const std::filesystem::path folder(QFile::encodeName(path).toStdString());
     std::filesystem::create_directories(folder, code);
@@ -29,26 +28,23 @@ void createFolder(const QString& path)
     }
 }
 
-void writeFile(const QString& path, const QByteArray& bytes)
-{
+void writeFile(const QString& path, const QByteArray& bytes) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
         throw FileError(path, file.errorString());
     }
 }
 
-QString save(const QString& folderPath, const QDateTime& capturedAt, const QByteArray& png)
-{
+QString save(const QString& folderPath, const QDateTime& capturedAt, const QByteArray& png) {
     createFolder(folderPath);
-    const QString name = CaptureFilename::pngFilename(capturedAt);
+    QString name = CaptureFilename::pngFilename(capturedAt);
     writeFile(QDir(folderPath).filePath(name), png);
     return name;
 }
 
 } // namespace
 
-QCoro::Task<std::optional<QString>> SaveToFolderCaptureAction::perform(CaptureResult result)
-{
+QCoro::Task<std::optional<QString>> SaveToFolderCaptureAction::perform(CaptureResult result) {
     auto saving = runInBackground([folder = m_folderPath, time = result.capturedAt,
                                    png = result.pngData] { return save(folder, time, png); });
     const QString name = co_await saving;

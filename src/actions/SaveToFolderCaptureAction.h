@@ -4,11 +4,10 @@
 
 namespace snapvane {
 
-/// Writes the capture's PNG into a folder, under the name that its time gives. The file appears whole
-/// or not at all: it is written beside its place, synced and moved there. One of that name is
+/// Writes the capture's PNG into a folder, under the name that its time gives. The file appears
+/// whole or not at all: it is written beside its place, synced and moved there. One of that name is
 /// replaced.
-class SaveToFolderCaptureAction : public CaptureAction
-{
+class SaveToFolderCaptureAction : public CaptureAction {
 public:
     /// `folderPath` is absolute; it is made, with its parents, when it is not there.
     explicit SaveToFolderCaptureAction(QString folderPath) : m_folderPath(std::move(folderPath)) {}

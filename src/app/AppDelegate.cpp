@@ -18,28 +18,29 @@ AppDelegate::AppDelegate(const Collaborators& collaborators) : m_with(collaborat
 
 AppDelegate::~AppDelegate() = default;
 
-void AppDelegate::applicationDidFinishLaunching()
-{
+void AppDelegate::applicationDidFinishLaunching() {
     setupStatusItem();
     registerGlobalShortcut();
     checkPermission();
     observeScreens();
 }
 
-void AppDelegate::applicationWillTerminate() { m_with.shortcut.disable(); }
+void AppDelegate::applicationWillTerminate() {
+    m_with.shortcut.disable();
+}
 
-void AppDelegate::menuWillOpen()
-{
+void AppDelegate::menuWillOpen() {
     m_with.shortcut.disable();
     if (m_showScreenCenterItem != nullptr) {
         m_showScreenCenterItem->setChecked(m_with.preferences.showCrosshairLinesWhileCapturing());
     }
 }
 
-void AppDelegate::menuDidClose() { m_with.shortcut.enable(); }
+void AppDelegate::menuDidClose() {
+    m_with.shortcut.enable();
+}
 
-void AppDelegate::beginCapture(CaptureTrigger trigger)
-{
+void AppDelegate::beginCapture(CaptureTrigger trigger) {
     if (m_with.permission.hasScreenCaptureAccess) {
         m_with.captureCoordinator.beginAreaCapture(trigger);
     } else {
@@ -47,8 +48,7 @@ void AppDelegate::beginCapture(CaptureTrigger trigger)
     }
 }
 
-void AppDelegate::toggleShowScreenCenter()
-{
+void AppDelegate::toggleShowScreenCenter() {
     const bool old = m_with.preferences.showCrosshairLinesWhileCapturing();
     m_with.preferences.setShowCrosshairLinesWhileCapturing(!old);
     if (old || !m_with.guideLines.captureSessionActive()) {
@@ -66,10 +66,11 @@ void AppDelegate::openSettings() {}
 
 void AppDelegate::openAbout() {}
 
-void AppDelegate::quit() { QCoreApplication::quit(); }
+void AppDelegate::quit() {
+    QCoreApplication::quit();
+}
 
-void AppDelegate::setupStatusItem()
-{
+void AppDelegate::setupStatusItem() {
     m_statusItem = std::make_unique<StatusItem>(
         m_with.platform.trayHost(), [this](StatusMenuAction action) { perform(action); });
     StatusMenu& menu = m_statusItem->menu();
@@ -80,8 +81,7 @@ void AppDelegate::setupStatusItem()
     connect(&menu.tracking(), &MenuTracking::didClose, this, &AppDelegate::menuDidClose);
 }
 
-void AppDelegate::registerGlobalShortcut()
-{
+void AppDelegate::registerGlobalShortcut() {
     const QPointer<AppDelegate> self(this);
     m_with.shortcut.onKeyUp([self] {
         if (self) {
@@ -90,23 +90,20 @@ void AppDelegate::registerGlobalShortcut()
     });
 }
 
-void AppDelegate::checkPermission()
-{
+void AppDelegate::checkPermission() {
     m_with.permission.hasScreenCaptureAccess = m_with.platform.capturer().preflightAccess();
     if (!m_with.permission.hasScreenCaptureAccess) {
         m_with.permission.presentPermissionAlertIfNeeded(true);
     }
 }
 
-void AppDelegate::observeScreens()
-{
+void AppDelegate::observeScreens() {
     GuideLines* lines = &m_with.guideLines;
     connect(&m_with.platform.screens(), &Screens::changed, this,
             [lines] { lines->screenParametersChanged(); });
 }
 
-void AppDelegate::perform(StatusMenuAction action)
-{
+void AppDelegate::perform(StatusMenuAction action) {
     switch (action) {
     case StatusMenuAction::CaptureArea:
         beginCaptureFromMenu();

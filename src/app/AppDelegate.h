@@ -17,15 +17,14 @@ class Platform;
 class ScreenCapturePermissionManager;
 
 /// The shell: builds the status item when the program has started, ties the shortcut, the menu and
-/// the bus to what they start, and takes the shortcut down at the end. Made by the entry. Main thread.
-class AppDelegate : public QObject
-{
+/// the bus to what they start, and takes the shortcut down at the end. Made by the entry. Main
+/// thread.
+class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
     /// What the delegate works with; everything must outlive it.
-    struct Collaborators
-    {
+    struct Collaborators {
         Platform& platform;
         CaptureCoordinator& captureCoordinator;
         ScreenCapturePermissionManager& permission;

@@ -14,8 +14,7 @@ namespace {
 
 const QString applicationInterface = QStringLiteral("org.freedesktop.Application");
 
-const Log& serviceLog()
-{
+const Log& serviceLog() {
     static const Log log("ApplicationService");
     return log;
 }
@@ -23,18 +22,15 @@ const Log& serviceLog()
 } // namespace
 
 ApplicationService::ApplicationService(AppDelegate& delegate)
-    : m_bus(QDBusConnection::sessionBus())
-{
+    : m_bus(QDBusConnection::sessionBus()) {
     new FreedesktopApplication(&m_object, delegate);
 }
 
-ApplicationService::~ApplicationService()
-{
+ApplicationService::~ApplicationService() {
     m_bus.unregisterObject(QLatin1String(applicationObjectPath));
 }
 
-ApplicationService::Claim ApplicationService::claim()
-{
+ApplicationService::Claim ApplicationService::claim() {
     if (!m_bus.isConnected()) {
         return Claim::NoBus;
     }
@@ -59,20 +55,18 @@ ApplicationService::Claim ApplicationService::claim()
 }
 
 FreedesktopApplication::FreedesktopApplication(QObject* parent, AppDelegate& delegate)
-    : QDBusAbstractAdaptor(parent), m_delegate(delegate)
-{
+    : QDBusAbstractAdaptor(parent), m_delegate(delegate) {}
+
+void FreedesktopApplication::Activate(const QVariantMap&) {
+    m_delegate.openSettings();
 }
 
-void FreedesktopApplication::Activate(const QVariantMap&) { m_delegate.openSettings(); }
-
-void FreedesktopApplication::Open(const QStringList&, const QVariantMap&)
-{
+void FreedesktopApplication::Open(const QStringList&, const QVariantMap&) {
     m_delegate.openSettings();
 }
 
 void FreedesktopApplication::ActivateAction(const QString& name, const QVariantList&,
-                                            const QVariantMap&)
-{
+                                            const QVariantMap&) {
     if (name == QLatin1String("capture-area")) {
         // From a dock's or launcher's menu as likely as from a key binding.
         m_delegate.beginCapture(CaptureTrigger::Menu);

@@ -9,10 +9,9 @@ namespace snapvane {
 
 class AppDelegate;
 
-/// The program on the session bus: one instance a session, and the interface through which desktops,
-/// desktop files and scripts reach it. Owned by the entry; main thread.
-class ApplicationService
-{
+/// The program on the session bus: one instance a session, and the interface through which
+/// desktops, desktop files and scripts reach it. Owned by the entry; main thread.
+class ApplicationService {
 public:
     enum class Claim { First, AlreadyRunning, NoBus };
 
@@ -21,7 +20,8 @@ public:
     ApplicationService(const ApplicationService&) = delete;
     ApplicationService& operator=(const ApplicationService&) = delete;
 
-    /// Takes the program's name. When another instance has it, that one is asked to show its settings.
+    /// Takes the program's name. When another instance has it, that one is asked to show its
+    /// settings.
     Claim claim();
 
 private:
@@ -30,8 +30,7 @@ private:
 };
 
 /// org.freedesktop.Application, the standard interface of programs on the bus.
-class FreedesktopApplication : public QDBusAbstractAdaptor
-{
+class FreedesktopApplication : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
@@ -45,8 +44,8 @@ public Q_SLOTS:
     void Activate(const QVariantMap& platformData);
     /// There is nothing that this program opens; shows the settings as well.
     void Open(const QStringList& uris, const QVariantMap& platformData);
-    /// "capture-area" (through the same gate as the menu), "settings", "about", "quit"; other names are
-    /// logged.
+    /// "capture-area" (through the same gate as the menu), "settings", "about", "quit"; other names
+    /// are logged.
     void ActivateAction(const QString& name, const QVariantList& parameter,
                         const QVariantMap& platformData);
     // NOLINTEND(readability-identifier-naming)

@@ -13,8 +13,7 @@ namespace snapvane {
 
 namespace {
 
-CaptureCoordinator::Collaborators sharedCollaborators()
-{
+CaptureCoordinator::Collaborators sharedCollaborators() {
     // They live as long as the coordinator that they are for: for the whole run.
     static NoMagnifier magnifier;
     static NoSnapshots snapshots;
@@ -34,18 +33,14 @@ CaptureCoordinator::Collaborators sharedCollaborators()
 
 CaptureCoordinator::CaptureCoordinator(const Collaborators& collaborators)
     : m_overlayController(collaborators.overlay), m_captureRegion(collaborators.captureRegion),
-      m_runConfiguredAction(collaborators.runConfiguredAction), m_alerts(collaborators.alerts)
-{
-}
+      m_runConfiguredAction(collaborators.runConfiguredAction), m_alerts(collaborators.alerts) {}
 
-CaptureCoordinator& CaptureCoordinator::shared()
-{
+CaptureCoordinator& CaptureCoordinator::shared() {
     static auto* coordinator = new CaptureCoordinator(sharedCollaborators());
     return *coordinator;
 }
 
-void CaptureCoordinator::beginAreaCapture(CaptureTrigger trigger)
-{
+void CaptureCoordinator::beginAreaCapture(CaptureTrigger trigger) {
     const QPointer<CaptureCoordinator> self(this);
     m_overlayController.present(
         [self](std::optional<GlobalRect> rect) {
@@ -56,8 +51,7 @@ void CaptureCoordinator::beginAreaCapture(CaptureTrigger trigger)
         trigger);
 }
 
-QCoro::Task<> CaptureCoordinator::handleSelection(std::optional<GlobalRect> rect)
-{
+QCoro::Task<> CaptureCoordinator::handleSelection(std::optional<GlobalRect> rect) {
     if (!rect) {
         co_return;
     }
@@ -77,8 +71,7 @@ QCoro::Task<> CaptureCoordinator::handleSelection(std::optional<GlobalRect> rect
     }
 }
 
-void CaptureCoordinator::report(const QString& description)
-{
+void CaptureCoordinator::report(const QString& description) {
     m_log.error(QStringLiteral("Capture failed: %1").arg(description));
     Alert alert;
     alert.style = Alert::Style::Warning;

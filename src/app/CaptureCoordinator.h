@@ -14,19 +14,17 @@
 
 namespace snapvane {
 
-/// Drives one capture from the moment it is asked for to the hand-over of the picture to what happens
-/// after captures. Keeps no state of a capture: several may be under way, each on its own. Main
-/// thread.
-class CaptureCoordinator : public QObject
-{
+/// Drives one capture from the moment it is asked for to the hand-over of the picture to what
+/// happens after captures. Keeps no state of a capture: several may be under way, each on its own.
+/// Main thread.
+class CaptureCoordinator : public QObject {
     Q_OBJECT
 
 public:
     using CaptureRegion = std::function<QCoro::Task<CaptureResult>(GlobalRect)>;
     using RunConfiguredAction = std::function<QCoro::Task<>(CaptureResult)>;
 
-    struct Collaborators
-    {
+    struct Collaborators {
         SelectionOverlayController::Collaborators overlay;
         CaptureRegion captureRegion;
         RunConfiguredAction runConfiguredAction;
@@ -38,8 +36,8 @@ public:
     /// The program's own; never released.
     static CaptureCoordinator& shared();
 
-    /// Starts a selection, replacing one that is open, and returns at once. Callers have checked that
-    /// the screen may be read.
+    /// Starts a selection, replacing one that is open, and returns at once. Callers have checked
+    /// that the screen may be read.
     void beginAreaCapture(CaptureTrigger trigger = CaptureTrigger::Shortcut);
 
     SelectionOverlayController& overlayController() { return m_overlayController; }

@@ -7,8 +7,7 @@ class QAction;
 namespace snapvane {
 
 /// The capture shortcut as the delegate sees it. Main thread.
-class GlobalShortcut
-{
+class GlobalShortcut {
 public:
     virtual ~GlobalShortcut() = default;
 
@@ -21,8 +20,7 @@ public:
 };
 
 /// There is no shortcut; the menu entry shows none.
-class NoGlobalShortcut : public GlobalShortcut
-{
+class NoGlobalShortcut : public GlobalShortcut {
 public:
     void onKeyUp(std::function<void()>) override {}
     void enable() override {}

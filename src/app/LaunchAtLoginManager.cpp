@@ -5,8 +5,7 @@
 
 namespace snapvane::LaunchAtLoginManager {
 
-void setEnabled(bool enabled, LoginItem& item)
-{
+void setEnabled(bool enabled, LoginItem& item) {
     if (enabled) {
         item.registerItem();
     } else {
@@ -14,6 +13,8 @@ void setEnabled(bool enabled, LoginItem& item)
     }
 }
 
-void setEnabled(bool enabled) { setEnabled(enabled, Platform::shared().loginItem()); }
+void setEnabled(bool enabled) {
+    setEnabled(enabled, Platform::shared().loginItem());
+}
 
 } // namespace snapvane::LaunchAtLoginManager

@@ -4,8 +4,7 @@
 
 namespace snapvane {
 
-MenuTracking::MenuTracking(QMenu& menu) : m_menu(menu)
-{
+MenuTracking::MenuTracking(QMenu& menu) : m_menu(menu) {
     m_limit.setSingleShot(true);
     connect(&m_menu, &QMenu::aboutToShow, this, &MenuTracking::open);
     connect(&m_menu, &QMenu::aboutToHide, this, &MenuTracking::close);
@@ -18,8 +17,7 @@ MenuTracking::MenuTracking(QMenu& menu) : m_menu(menu)
     });
 }
 
-void MenuTracking::open()
-{
+void MenuTracking::open() {
     m_limit.start(longestInMilliseconds);
     if (!m_isOpen) {
         m_isOpen = true;
@@ -27,8 +25,7 @@ void MenuTracking::open()
     }
 }
 
-void MenuTracking::close()
-{
+void MenuTracking::close() {
     m_limit.stop();
     if (m_isOpen) {
         m_isOpen = false;

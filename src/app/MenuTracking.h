@@ -8,10 +8,9 @@ class QMenu;
 namespace snapvane {
 
 /// Tells when the status menu opens and closes. A tray host that draws the menu itself reports the
-/// opening but never the closing; then an entry that is chosen, or ten seconds, count as closing, so
-/// that nothing stays switched off for good. Owned by StatusMenu; main thread.
-class MenuTracking : public QObject
-{
+/// opening but never the closing; then an entry that is chosen, or ten seconds, count as closing,
+/// so that nothing stays switched off for good. Owned by StatusMenu; main thread.
+class MenuTracking : public QObject {
     Q_OBJECT
 
 public:

@@ -11,8 +11,7 @@ constexpr int placeholderPoints = 16;
 
 } // namespace
 
-QString symbolName(Symbol symbol)
-{
+QString symbolName(Symbol symbol) {
     switch (symbol) {
     case Symbol::captureArea:
         return QStringLiteral("viewfinder");
@@ -28,8 +27,7 @@ QString symbolName(Symbol symbol)
     return {};
 }
 
-QString accessibilityDescription(Symbol symbol)
-{
+QString accessibilityDescription(Symbol symbol) {
     switch (symbol) {
     case Symbol::captureArea:
         return translated("Capture Area");
@@ -45,20 +43,19 @@ QString accessibilityDescription(Symbol symbol)
     return {};
 }
 
-std::optional<QIcon> makeImage(Symbol symbol) { return makeImage(symbolName(symbol)); }
+std::optional<QIcon> makeImage(Symbol symbol) {
+    return makeImage(symbolName(symbol));
+}
 
-std::optional<QIcon> makeImage(const QString& symbolName)
-{
+std::optional<QIcon> makeImage(const QString& symbolName) {
     return Symbols::icon(symbolName, Symbols::Use::MenuItem);
 }
 
-QIcon imageOrPlaceholder(const QString& symbolName)
-{
+QIcon imageOrPlaceholder(const QString& symbolName) {
     return makeImage(symbolName).value_or(Symbols::placeholderIcon(placeholderPoints));
 }
 
-bool needsPreferredImageVisibility(const std::optional<QVersionNumber>& systemVersion)
-{
+bool needsPreferredImageVisibility(const std::optional<QVersionNumber>& systemVersion) {
     return systemVersion && *systemVersion >= QVersionNumber(27, 0, 0);
 }
 

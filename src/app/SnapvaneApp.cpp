@@ -20,10 +20,9 @@ namespace snapvane::SnapvaneApp {
 
 namespace {
 
-/// Captures allocate and free tens of megabytes at a time. Left to itself the allocator comes to keep
-/// such blocks; an agent that sits in the tray all day gives them back.
-void returnLargeBlocksToTheSystem()
-{
+/// Captures allocate and free tens of megabytes at a time. Left to itself the allocator comes to
+/// keep such blocks; an agent that sits in the tray all day gives them back.
+void returnLargeBlocksToTheSystem() {
     constexpr int smallestMappedBlock = 256 * 1024;
     mallopt(M_MMAP_THRESHOLD, smallestMappedBlock);
     mallopt(M_TRIM_THRESHOLD, smallestMappedBlock);
@@ -32,13 +31,10 @@ void returnLargeBlocksToTheSystem()
 
 /// Arguments for Qt: the platform plugin that the backend needs, which is not to be inherited by
 /// programs that this one starts, as an environment variable would be.
-class QtArguments
-{
+class QtArguments {
 public:
     QtArguments(const char* program, const QByteArray& platform)
-        : m_program(program), m_platform(platform)
-    {
-    }
+        : m_program(program), m_platform(platform) {}
 
     int& count() { return m_count; }
     char** values() { return m_values; }
@@ -51,20 +47,17 @@ private:
     char* m_values[4] = {m_program.data(), m_option.data(), m_platform.data(), nullptr};
 };
 
-void describeApplication()
-{
+void describeApplication() {
     QApplication::setApplicationName(QLatin1String(productName));
     QApplication::setApplicationDisplayName(QLatin1String(productName));
     QApplication::setApplicationVersion(QXAppVersion::shortVersion());
     QApplication::setDesktopFileName(QLatin1String(applicationIdentifier));
     // Closing an alert or the settings must not end an agent.
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(
-        QIcon::fromTheme(QLatin1String(applicationIdentifier)));
+    QApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(applicationIdentifier)));
 }
 
-int runOn(Platform& platform, const Log& log)
-{
+int runOn(Platform& platform, const Log& log) {
     NoGlobalShortcut shortcut;
     AppDelegate delegate({platform, CaptureCoordinator::shared(),
                           ScreenCapturePermissionManager::shared(), AppPreferences::shared(),
@@ -90,8 +83,7 @@ int runOn(Platform& platform, const Log& log)
 
 } // namespace
 
-int run(int, char* argv[])
-{
+int run(int, char* argv[]) {
     returnLargeBlocksToTheSystem();
     installLogHandler();
     const Log log("Application");

@@ -13,15 +13,13 @@ namespace snapvane {
 
 namespace {
 
-const Log& statusLog()
-{
+const Log& statusLog() {
     static const Log log("StatusItem");
     return log;
 }
 
 /// A title instead of an image, for trays, which show nothing but images.
-QIcon titleImage(const QString& title)
-{
+QIcon titleImage(const QString& title) {
     QIcon icon;
     for (const int side : {16, 22, 24, 32, 48}) {
         QPixmap pixmap(side, side);
@@ -41,8 +39,7 @@ QIcon titleImage(const QString& title)
 } // namespace
 
 StatusItem::StatusItem(TrayHost& host, StatusMenu::Handler handler)
-    : m_host(host), m_menu(std::move(handler))
-{
+    : m_host(host), m_menu(std::move(handler)) {
     connect(&m_host, &TrayHost::appeared, this, &StatusItem::makeIcon);
     connect(&m_host, &TrayHost::disappeared, this, [this] { m_icon.reset(); });
     if (m_host.isPresent()) {
@@ -55,13 +52,12 @@ StatusItem::StatusItem(TrayHost& host, StatusMenu::Handler handler)
 
 StatusItem::~StatusItem() = default;
 
-QIcon StatusItem::buttonImage(const QString& symbolName)
-{
-    return Symbols::icon(symbolName, Symbols::Use::Plain).value_or(titleImage(QStringLiteral("SV")));
+QIcon StatusItem::buttonImage(const QString& symbolName) {
+    return Symbols::icon(symbolName, Symbols::Use::Plain)
+        .value_or(titleImage(QStringLiteral("SV")));
 }
 
-void StatusItem::makeIcon()
-{
+void StatusItem::makeIcon() {
     m_icon = std::make_unique<QSystemTrayIcon>();
     m_icon->setIcon(buttonImage(QStringLiteral("camera.viewfinder")));
     m_icon->setToolTip(translated("Snapvane"));
@@ -70,8 +66,7 @@ void StatusItem::makeIcon()
     m_icon->show();
 }
 
-void StatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason)
-{
+void StatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason) {
     // Trays open the menu by themselves only for the secondary button; here every click means it.
     if (reason == QSystemTrayIcon::Trigger) {
         m_menu.menu().popup(QCursor::pos());

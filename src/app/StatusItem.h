@@ -10,11 +10,10 @@ namespace snapvane {
 
 class TrayHost;
 
-/// The program's place in the tray: the icon and the menu behind it. An icon exists while there is a
-/// host for it, and is made anew when a host comes back. Without any host the program goes on
+/// The program's place in the tray: the icon and the menu behind it. An icon exists while there is
+/// a host for it, and is made anew when a host comes back. Without any host the program goes on
 /// without one. Owned by AppDelegate; main thread.
-class StatusItem : public QObject
-{
+class StatusItem : public QObject {
     Q_OBJECT
 
 public:

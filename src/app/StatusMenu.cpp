@@ -4,16 +4,14 @@
 
 namespace snapvane {
 
-StatusMenu::StatusMenu(Handler handler) : m_handler(std::move(handler))
-{
+StatusMenu::StatusMenu(Handler handler) : m_handler(std::move(handler)) {
     for (const StatusMenuEntry& entry : statusMenuEntries()) {
         add(entry);
     }
     m_menu.installEventFilter(this);
 }
 
-bool StatusMenu::eventFilter(QObject*, QEvent* event)
-{
+bool StatusMenu::eventFilter(QObject*, QEvent* event) {
     if (event->type() != QEvent::KeyPress) {
         return false;
     }
@@ -28,8 +26,7 @@ bool StatusMenu::eventFilter(QObject*, QEvent* event)
     return false;
 }
 
-void StatusMenu::add(const StatusMenuEntry& entry)
-{
+void StatusMenu::add(const StatusMenuEntry& entry) {
     if (entry.isSeparator) {
         m_menu.addSeparator();
         return;
@@ -43,8 +40,7 @@ void StatusMenu::add(const StatusMenuEntry& entry)
     action->setShortcutVisibleInContextMenu(true);
     action->setCheckable(entry.isCheckable);
     m_actions[entry.action] = action;
-    connect(action, &QAction::triggered, this,
-            [this, what = entry.action] { m_handler(what); });
+    connect(action, &QAction::triggered, this, [this, what = entry.action] { m_handler(what); });
 }
 
 } // namespace snapvane

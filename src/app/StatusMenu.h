@@ -12,8 +12,7 @@ namespace snapvane {
 
 /// The menu behind the tray icon, made from the model. All entries are always enabled. Owned by
 /// StatusItem; main thread.
-class StatusMenu : public QObject
-{
+class StatusMenu : public QObject {
     Q_OBJECT
 
 public:

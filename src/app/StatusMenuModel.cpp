@@ -4,15 +4,13 @@
 
 namespace snapvane {
 
-QKeySequence StatusMenuEntry::keySequence() const
-{
+QKeySequence StatusMenuEntry::keySequence() const {
     return keyEquivalent.isEmpty()
                ? QKeySequence()
                : QKeySequence(QStringLiteral("Ctrl+%1").arg(keyEquivalent.toUpper()));
 }
 
-std::vector<StatusMenuEntry> statusMenuEntries()
-{
+std::vector<StatusMenuEntry> statusMenuEntries() {
     using enum QXMenuSymbol::Symbol;
     const auto separator = StatusMenuEntry{.isSeparator = true, .title = {}, .keyEquivalent = {}};
     return {

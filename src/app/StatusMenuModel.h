@@ -13,8 +13,7 @@ namespace snapvane {
 enum class StatusMenuAction { CaptureArea, ToggleCrosshairLines, OpenSettings, OpenAbout, Quit };
 
 /// One entry of the status menu as it is meant, whatever shows it.
-struct StatusMenuEntry
-{
+struct StatusMenuEntry {
     bool isSeparator = false;
     QString title;
     StatusMenuAction action = StatusMenuAction::CaptureArea;

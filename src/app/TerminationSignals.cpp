@@ -13,14 +13,12 @@ namespace {
 // A signal handler may do little more than write to a file descriptor.
 std::array<int, 2> sockets = {-1, -1};
 
-void handleSignal(int)
-{
+void handleSignal(int) {
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(sockets[0], &byte, sizeof byte);
 }
 
-void setHandlers(void (*handler)(int))
-{
+void setHandlers(void (*handler)(int)) {
     for (const int number : {SIGTERM, SIGINT}) {
         struct sigaction action = {};
         action.sa_handler = handler;
@@ -32,8 +30,7 @@ void setHandlers(void (*handler)(int))
 } // namespace
 
 TerminationSignals::TerminationSignals(std::function<void()> handler)
-    : m_handler(std::move(handler))
-{
+    : m_handler(std::move(handler)) {
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) {
         return; // The system's own handling stays: the program ends all the same.
     }
@@ -46,8 +43,7 @@ TerminationSignals::TerminationSignals(std::function<void()> handler)
     setHandlers(handleSignal);
 }
 
-TerminationSignals::~TerminationSignals()
-{
+TerminationSignals::~TerminationSignals() {
     if (!m_notifier) {
         return;
     }

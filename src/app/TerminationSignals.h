@@ -7,10 +7,9 @@
 
 namespace snapvane {
 
-/// Turns SIGTERM and SIGINT into a call on the main thread, so that the program ends as if it had been
-/// asked by its menu. One at a time; main thread.
-class TerminationSignals
-{
+/// Turns SIGTERM and SIGINT into a call on the main thread, so that the program ends as if it had
+/// been asked by its menu. One at a time; main thread.
+class TerminationSignals {
 public:
     explicit TerminationSignals(std::function<void()> handler);
     ~TerminationSignals();

@@ -1,6 +1,5 @@
 #include "app/SnapvaneApp.h"
 
-int main(int argc, char* argv[])
-{
+int main(int argc, char* argv[]) {
     return snapvane::SnapvaneApp::run(argc, argv);
 }

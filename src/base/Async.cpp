@@ -6,8 +6,7 @@ namespace snapvane {
 
 namespace {
 
-QCoro::Task<> supervised(QCoro::Task<> task)
-{
+QCoro::Task<> supervised(QCoro::Task<> task) {
     try {
         co_await task;
     } catch (const std::exception& error) {
@@ -17,6 +16,8 @@ QCoro::Task<> supervised(QCoro::Task<> task)
 
 } // namespace
 
-void startDetached(QCoro::Task<> task) { supervised(std::move(task)); }
+void startDetached(QCoro::Task<> task) {
+    supervised(std::move(task));
+}
 
 } // namespace snapvane

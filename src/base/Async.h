@@ -19,9 +19,8 @@ void startDetached(QCoro::Task<> task);
 
 /// Runs `work` on the global thread pool and gives its result, or throws what it threw, to the
 /// awaiting coroutine on its own thread. `work` must not touch state of the main thread.
-template<typename Work, typename Result = std::invoke_result_t<Work>>
-QCoro::Task<Result> runInBackground(Work work)
-{
+template <typename Work, typename Result = std::invoke_result_t<Work>>
+QCoro::Task<Result> runInBackground(Work work) {
     // The thread pool's own transport wraps exceptions in a type of its own; carried as a value
     // they arrive as they were thrown.
     using Outcome = std::variant<Result, std::exception_ptr>;

@@ -11,16 +11,14 @@
 /// them, y downwards; they occur only where the desktop has such a space.
 namespace snapvane {
 
-struct GlobalPoint
-{
+struct GlobalPoint {
     double x = 0;
     double y = 0;
 
     friend bool operator==(const GlobalPoint&, const GlobalPoint&) = default;
 };
 
-struct GlobalSize
-{
+struct GlobalSize {
     double width = 0;
     double height = 0;
 
@@ -29,8 +27,7 @@ struct GlobalSize
 
 /// A rectangle in global points. A negative size is allowed and means the same area as the
 /// standardised rectangle: every accessor answers for that area.
-struct GlobalRect
-{
+struct GlobalRect {
     GlobalPoint origin;
     GlobalSize size;
 
@@ -67,16 +64,14 @@ struct GlobalRect
 /// The rectangle between two opposite corners, whichever way they were given.
 GlobalRect rectBetween(GlobalPoint a, GlobalPoint b);
 
-struct PixelPoint
-{
+struct PixelPoint {
     int x = 0;
     int y = 0;
 
     friend bool operator==(const PixelPoint&, const PixelPoint&) = default;
 };
 
-struct PixelSize
-{
+struct PixelSize {
     int width = 0;
     int height = 0;
 
@@ -84,8 +79,7 @@ struct PixelSize
 };
 
 /// Native pixels of one screen: columns x … x + width − 1, rows y … y + height − 1.
-struct PixelRect
-{
+struct PixelRect {
     int x = 0;
     int y = 0;
     int width = 0;
@@ -93,8 +87,7 @@ struct PixelRect
 
     bool isEmpty() const { return width <= 0 || height <= 0; }
     QRect toQRect() const { return {x, y, width, height}; }
-    static PixelRect fromQRect(const QRect& rect)
-    {
+    static PixelRect fromQRect(const QRect& rect) {
         return {rect.x(), rect.y(), rect.width(), rect.height()};
     }
 
@@ -102,8 +95,7 @@ struct PixelRect
 };
 
 /// A position in the display server's own space over all screens, y downwards.
-struct DevicePoint
-{
+struct DevicePoint {
     int x = 0;
     int y = 0;
 
@@ -111,8 +103,7 @@ struct DevicePoint
 };
 
 /// An area in the display server's own space over all screens, y downwards.
-struct DeviceRect
-{
+struct DeviceRect {
     DevicePoint origin;
     PixelSize size;
 

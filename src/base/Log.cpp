@@ -14,14 +14,12 @@ namespace snapvane {
 
 namespace {
 
-struct Level
-{
+struct Level {
     const char* name;
     int syslogPriority;
 };
 
-Level levelOf(QtMsgType type)
-{
+Level levelOf(QtMsgType type) {
     switch (type) {
     case QtDebugMsg:
         return {"debug", LOG_DEBUG};
@@ -36,28 +34,24 @@ Level levelOf(QtMsgType type)
     return {"error", LOG_ERR};
 }
 
-bool hasJournal()
-{
+bool hasJournal() {
     struct stat socket = {};
     return stat("/run/systemd/journal/socket", &socket) == 0 && S_ISSOCK(socket.st_mode);
 }
 
-bool sendToJournal(const Level& level, const char* category, const QByteArray& text)
-{
+bool sendToJournal(const Level& level, const char* category, const QByteArray& text) {
     return sd_journal_send("MESSAGE=%s", text.constData(), "PRIORITY=%i", level.syslogPriority,
                            "SUBSYSTEM=%s", applicationIdentifier, "CATEGORY=%s", category,
                            "SYSLOG_IDENTIFIER=snapvane", nullptr) >= 0;
 }
 
-void writeToStandardError(const Level& level, const char* category, const QByteArray& text)
-{
+void writeToStandardError(const Level& level, const char* category, const QByteArray& text) {
     // One call a line, so that lines of several threads do not mix.
     std::fprintf(stderr, "[%s] %s: %s\n", category, level.name, text.constData());
     std::fflush(stderr);
 }
 
-void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
+void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     static const bool journal = hasJournal();
     static const bool terminal = isatty(STDERR_FILENO) == 1;
     const Level level = levelOf(type);
@@ -72,10 +66,16 @@ void handleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
 
 } // namespace
 
-void Log::error(const QString& text) const { qCCritical(m_category).noquote() << text; }
+void Log::error(const QString& text) const {
+    qCCritical(m_category).noquote() << text;
+}
 
-void Log::notice(const QString& text) const { qCInfo(m_category).noquote() << text; }
+void Log::notice(const QString& text) const {
+    qCInfo(m_category).noquote() << text;
+}
 
-void installLogHandler() { qInstallMessageHandler(handleMessage); }
+void installLogHandler() {
+    qInstallMessageHandler(handleMessage);
+}
 
 } // namespace snapvane

@@ -6,10 +6,9 @@
 namespace snapvane {
 
 /// The log of one component. Lines go to the journal with SUBSYSTEM (the application's identifier)
-/// and CATEGORY fields where there is a journal, else to standard error as "[Category] level: text".
-/// Log texts are never translated. Any thread.
-class Log
-{
+/// and CATEGORY fields where there is a journal, else to standard error as "[Category] level:
+/// text". Log texts are never translated. Any thread.
+class Log {
 public:
     /// `category` must outlive the log; in practice it is a literal.
     explicit Log(const char* category) : m_category(category) {}

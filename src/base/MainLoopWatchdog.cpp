@@ -7,22 +7,20 @@ namespace snapvane {
 
 namespace {
 
-// The limit is counted in intervals without a heartbeat rather than read off a clock: a process that
-// was stopped and continued, or a computer that slept, must not be taken for one that hangs.
+// The limit is counted in intervals without a heartbeat rather than read off a clock: a process
+// that was stopped and continued, or a computer that slept, must not be taken for one that hangs.
 constexpr int missedBeatsAllowed = 5;
 
 } // namespace
 
 MainLoopWatchdog::MainLoopWatchdog(std::chrono::milliseconds limit)
-    : m_interval(limit / missedBeatsAllowed)
-{
+    : m_interval(limit / missedBeatsAllowed) {
     QObject::connect(&m_heart, &QTimer::timeout, &m_heart, [this] { ++m_beats; });
     m_heart.start(m_interval / 2);
     m_thread = std::thread([this] { watch(); });
 }
 
-MainLoopWatchdog::~MainLoopWatchdog()
-{
+MainLoopWatchdog::~MainLoopWatchdog() {
     {
         const std::scoped_lock lock(m_mutex);
         m_stopping = true;
@@ -31,8 +29,7 @@ MainLoopWatchdog::~MainLoopWatchdog()
     m_thread.join();
 }
 
-void MainLoopWatchdog::watch()
-{
+void MainLoopWatchdog::watch() {
     std::uint64_t seen = m_beats;
     int missed = 0;
     std::unique_lock lock(m_mutex);

@@ -11,11 +11,11 @@
 
 namespace snapvane {
 
-/// Ends the program when the main loop makes no progress for a while. It runs only while a selection
-/// session holds the keyboard and the pointer: a hang then would leave the user locked out, whereas
-/// the end of the process frees surfaces and grabs. Owned by the overlay session; main thread only.
-class MainLoopWatchdog
-{
+/// Ends the program when the main loop makes no progress for a while. It runs only while a
+/// selection session holds the keyboard and the pointer: a hang then would leave the user locked
+/// out, whereas the end of the process frees surfaces and grabs. Owned by the overlay session; main
+/// thread only.
+class MainLoopWatchdog {
 public:
     explicit MainLoopWatchdog(std::chrono::milliseconds limit = std::chrono::seconds(5));
     ~MainLoopWatchdog();

@@ -5,8 +5,7 @@
 
 namespace snapvane {
 
-void programError(std::string_view message, std::source_location where)
-{
+void programError(std::string_view message, std::source_location where) {
     // Plain stdio: whatever is broken may be the very thing that the log depends on.
     std::fprintf(stderr, "Program error: %.*s (%s:%u, %s)\n", static_cast<int>(message.size()),
                  message.data(), where.file_name(), static_cast<unsigned>(where.line()),

@@ -7,8 +7,7 @@
 
 namespace snapvane {
 
-std::int64_t roundedInteger(double value, std::source_location where)
-{
+std::int64_t roundedInteger(double value, std::source_location where) {
     if (!std::isfinite(value)) {
         programError("a value that is not finite cannot become an integer", where);
     }
@@ -21,8 +20,7 @@ std::int64_t roundedInteger(double value, std::source_location where)
     return static_cast<std::int64_t>(rounded);
 }
 
-int roundedPixel(double value, std::source_location where)
-{
+int roundedPixel(double value, std::source_location where) {
     const std::int64_t rounded = roundedInteger(value, where);
     if (rounded < std::numeric_limits<int>::min() || rounded > std::numeric_limits<int>::max()) {
         programError("a value does not fit a pixel coordinate", where);

@@ -10,29 +10,24 @@ namespace snapvane {
 
 namespace {
 
-const Log& preferencesLog()
-{
+const Log& preferencesLog() {
     static const Log log("Preferences");
     return log;
 }
 
-QString standardPath()
-{
-    const QString folder =
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+QString standardPath() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     return QStringLiteral("%1/%2/%2.conf").arg(folder, QLatin1String(productName));
 }
 
-QByteArray contentsOf(const QString& path)
-{
+QByteArray contentsOf(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// The first free name among file.bak, file.bak.1, …; empty when one of them holds that very content
-/// already, as it does when the program starts again before anything was written.
-QString backupPathFor(const QString& path)
-{
+/// The first free name among file.bak, file.bak.1, …; empty when one of them holds that very
+/// content already, as it does when the program starts again before anything was written.
+QString backupPathFor(const QString& path) {
     const QByteArray contents = contentsOf(path);
     QString candidate = path + QStringLiteral(".bak");
     for (int number = 1; QFile::exists(candidate); ++number) {
@@ -46,8 +41,7 @@ QString backupPathFor(const QString& path)
 
 } // namespace
 
-UserDefaults::UserDefaults(const QString& path) : m_settings(path, QSettings::IniFormat)
-{
+UserDefaults::UserDefaults(const QString& path) : m_settings(path, QSettings::IniFormat) {
     if (m_settings.status() == QSettings::FormatError) {
         keepDamagedFileAside();
     } else if (m_settings.status() == QSettings::AccessError) {
@@ -55,16 +49,16 @@ UserDefaults::UserDefaults(const QString& path) : m_settings(path, QSettings::In
     }
 }
 
-UserDefaults& UserDefaults::standard()
-{
+UserDefaults& UserDefaults::standard() {
     static UserDefaults defaults(standardPath());
     return defaults;
 }
 
-bool UserDefaults::contains(const QString& key) const { return m_settings.contains(key); }
+bool UserDefaults::contains(const QString& key) const {
+    return m_settings.contains(key);
+}
 
-bool UserDefaults::boolean(const QString& key) const
-{
+bool UserDefaults::boolean(const QString& key) const {
     const QString text = m_settings.value(key).toString().trimmed().toLower();
     bool isNumber = false;
     const double value = text.toDouble(&isNumber);
@@ -74,8 +68,7 @@ bool UserDefaults::boolean(const QString& key) const
     return text == QLatin1String("true") || text == QLatin1String("yes");
 }
 
-double UserDefaults::number(const QString& key) const
-{
+double UserDefaults::number(const QString& key) const {
     const QVariant value = m_settings.value(key);
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
@@ -85,8 +78,7 @@ double UserDefaults::number(const QString& key) const
     return value.toString() == QLatin1String("true") ? 1 : 0;
 }
 
-std::optional<QString> UserDefaults::string(const QString& key) const
-{
+std::optional<QString> UserDefaults::string(const QString& key) const {
     const QVariant value = m_settings.value(key);
     if (!value.isValid() || value.metaType() == QMetaType::fromType<QStringList>()) {
         return std::nullopt;
@@ -94,36 +86,40 @@ std::optional<QString> UserDefaults::string(const QString& key) const
     return value.toString();
 }
 
-std::optional<QStringList> UserDefaults::stringArray(const QString& key) const
-{
+std::optional<QStringList> UserDefaults::stringArray(const QString& key) const {
     if (!contains(key)) {
         return std::nullopt;
     }
     return m_settings.value(key).toStringList();
 }
 
-void UserDefaults::set(const QString& key, bool value) { write(key, value); }
+void UserDefaults::set(const QString& key, bool value) {
+    write(key, value);
+}
 
-void UserDefaults::set(const QString& key, double value) { write(key, value); }
+void UserDefaults::set(const QString& key, double value) {
+    write(key, value);
+}
 
-void UserDefaults::set(const QString& key, const QString& value) { write(key, value); }
+void UserDefaults::set(const QString& key, const QString& value) {
+    write(key, value);
+}
 
-void UserDefaults::set(const QString& key, const QStringList& value) { write(key, value); }
+void UserDefaults::set(const QString& key, const QStringList& value) {
+    write(key, value);
+}
 
-void UserDefaults::remove(const QString& key)
-{
+void UserDefaults::remove(const QString& key) {
     m_settings.remove(key);
     flush();
 }
 
-void UserDefaults::write(const QString& key, const QVariant& value)
-{
+void UserDefaults::write(const QString& key, const QVariant& value) {
     m_settings.setValue(key, value);
     flush();
 }
 
-void UserDefaults::flush()
-{
+void UserDefaults::flush() {
     m_settings.sync();
     if (m_settings.status() == QSettings::AccessError) {
         preferencesLog().error(
@@ -131,8 +127,7 @@ void UserDefaults::flush()
     }
 }
 
-void UserDefaults::keepDamagedFileAside()
-{
+void UserDefaults::keepDamagedFileAside() {
     const QString backup = backupPathFor(m_settings.fileName());
     if (backup.isEmpty()) {
         return;
@@ -141,8 +136,8 @@ void UserDefaults::keepDamagedFileAside()
         preferencesLog().error(
             QStringLiteral("The preferences file is damaged; it is kept as %1").arg(backup));
     } else {
-        preferencesLog().error(QStringLiteral("The preferences file is damaged: %1")
-                                   .arg(m_settings.fileName()));
+        preferencesLog().error(
+            QStringLiteral("The preferences file is damaged: %1").arg(m_settings.fileName()));
     }
 }
 

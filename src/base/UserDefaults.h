@@ -8,14 +8,13 @@
 
 namespace snapvane {
 
-/// The user's preferences: a persistent store of named values with typed access. Every write reaches
-/// the file at once. The getters undo what the file format loses: an on/off value read back as text,
-/// a list of one element read back as plain text, an empty list read back as nothing.
+/// The user's preferences: a persistent store of named values with typed access. Every write
+/// reaches the file at once. The getters undo what the file format loses: an on/off value read back
+/// as text, a list of one element read back as plain text, an empty list read back as nothing.
 ///
 /// A damaged file is kept aside under the name of the file plus ".bak" and a log line tells of it;
 /// what could still be read of it stays in force. Main thread.
-class UserDefaults
-{
+class UserDefaults {
 public:
     /// The store in the given file; the file and its folder are made by the first write.
     explicit UserDefaults(const QString& path);

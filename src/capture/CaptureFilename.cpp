@@ -6,10 +6,9 @@
 
 namespace snapvane::CaptureFilename {
 
-QString pngFilename(const QDateTime& capturedAt)
-{
-    const QString time = QLocale::c().toString(capturedAt.toLocalTime(),
-                                               QStringLiteral("yyyy-MM-dd HH.mm.ss"));
+QString pngFilename(const QDateTime& capturedAt) {
+    const QString time =
+        QLocale::c().toString(capturedAt.toLocalTime(), QStringLiteral("yyyy-MM-dd HH.mm.ss"));
     return QStringLiteral("%1 %2.png").arg(QLatin1String(productName), time);
 }
 

@@ -9,16 +9,14 @@
 namespace snapvane {
 
 /// A picture with a size in points that is independent of its pixels.
-struct PlatformImage
-{
+struct PlatformImage {
     QImage bitmap;
     GlobalSize size;
 };
 
 /// One finished capture. Made by CaptureService, handed to everything that happens after a capture;
 /// never changed, copied freely (the pixels and bytes are shared).
-struct CaptureResult
-{
+struct CaptureResult {
     /// The captured pixels at full density as PNG.
     QByteArray pngData;
     /// The same pixels; the size is that of the captured rectangle.

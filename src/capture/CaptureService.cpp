@@ -16,19 +16,16 @@ namespace {
 constexpr double minimumSide = 4.0;
 constexpr double fallbackScale = 2.0;
 
-bool isTooSmall(const GlobalRect& rect)
-{
+bool isTooSmall(const GlobalRect& rect) {
     return rect.width() < minimumSide || rect.height() < minimumSide;
 }
 
-struct EncodedPicture
-{
+struct EncodedPicture {
     QImage stable;
     QByteArray png;
 };
 
-EncodedPicture copyAndEncode(const QImage& screenshot)
-{
+EncodedPicture copyAndEncode(const QImage& screenshot) {
     EncodedPicture picture;
     picture.stable = makeStableCopy(screenshot);
     if (picture.stable.isNull()) {
@@ -40,13 +37,11 @@ EncodedPicture copyAndEncode(const QImage& screenshot)
 
 } // namespace
 
-Facilities Facilities::shared()
-{
+Facilities Facilities::shared() {
     return {&Platform::shared().capturer(), &Platform::shared().screens()};
 }
 
-QCoro::Task<CaptureResult> captureRegion(GlobalRect globalRect, Facilities facilities)
-{
+QCoro::Task<CaptureResult> captureRegion(GlobalRect globalRect, Facilities facilities) {
     if (isTooSmall(globalRect)) {
         throw CaptureServiceError::emptySelection();
     }
@@ -79,8 +74,7 @@ QCoro::Task<CaptureResult> captureRegion(GlobalRect globalRect, Facilities facil
 }
 
 std::optional<ShareableDisplay> display(const GlobalRect& rect,
-                                        const std::vector<ShareableDisplay>& displays)
-{
+                                        const std::vector<ShareableDisplay>& displays) {
     const GlobalPoint middle = {rect.midX(), rect.midY()};
     for (const ShareableDisplay& candidate : displays) {
         if (candidate.frame.contains(middle)) {
@@ -95,8 +89,7 @@ std::optional<ShareableDisplay> display(const GlobalRect& rect,
     return std::nullopt;
 }
 
-double backingScaleFactor(const GlobalRect& rect, const ScreenList& screens)
-{
+double backingScaleFactor(const GlobalRect& rect, const ScreenList& screens) {
     for (const Screen& screen : screens) {
         if (screen.frame.intersects(rect)) {
             return screen.backingScale;
@@ -106,8 +99,7 @@ double backingScaleFactor(const GlobalRect& rect, const ScreenList& screens)
 }
 
 StreamConfiguration configuration(const GlobalRect& clipped, const ShareableDisplay& display,
-                                  double scale)
-{
+                                  double scale) {
     StreamConfiguration result;
     result.sourceRect = clipped.offsetBy(-display.frame.minX(), -display.frame.minY());
     result.showsCursor = false;

@@ -10,8 +10,7 @@
 namespace snapvane::CaptureService {
 
 /// The platform facilities that a capture uses; they must outlive it.
-struct Facilities
-{
+struct Facilities {
     ScreenCapturer* capturer;
     Screens* screens;
 
@@ -19,8 +18,8 @@ struct Facilities
     static Facilities shared();
 };
 
-/// Captures the rectangle (global points; a negative size means the same area) from the display that
-/// holds its centre, clipped to that display, at the display's pixel density. Throws
+/// Captures the rectangle (global points; a negative size means the same area) from the display
+/// that holds its centre, clipped to that display, at the display's pixel density. Throws
 /// CaptureServiceError, or what the platform threw. Called and resumed on the main thread; the work
 /// is done elsewhere.
 QCoro::Task<CaptureResult> captureRegion(GlobalRect globalRect, Facilities facilities);
@@ -29,12 +28,12 @@ QCoro::Task<CaptureResult> captureRegion(GlobalRect globalRect, Facilities facil
 std::optional<ShareableDisplay> display(const GlobalRect& rect,
                                         const std::vector<ShareableDisplay>& displays);
 
-/// The scale of the first screen that the rectangle overlaps, else the main screen's (the first of the
-/// list), else 2.
+/// The scale of the first screen that the rectangle overlaps, else the main screen's (the first of
+/// the list), else 2.
 double backingScaleFactor(const GlobalRect& rect, const ScreenList& screens);
 
-/// The configuration of a screenshot that shows `clipped`, a part of the display, at `scale` pixels a
-/// point. Sizes round half away from zero and are at least one pixel.
+/// The configuration of a screenshot that shows `clipped`, a part of the display, at `scale` pixels
+/// a point. Sizes round half away from zero and are at least one pixel.
 StreamConfiguration configuration(const GlobalRect& clipped, const ShareableDisplay& display,
                                   double scale);
 

@@ -5,8 +5,7 @@
 namespace snapvane {
 
 /// Why a capture failed; the description is what the user reads.
-class CaptureServiceError : public LocalizedError
-{
+class CaptureServiceError : public LocalizedError {
 public:
     enum class Case {
         captureFailed,
@@ -27,9 +26,7 @@ public:
 
 private:
     CaptureServiceError(Case errorCase, const QString& description)
-        : LocalizedError(description), m_case(errorCase)
-    {
-    }
+        : LocalizedError(description), m_case(errorCase) {}
 
     Case m_case;
 };

@@ -9,8 +9,7 @@
 namespace snapvane {
 
 /// A still picture of one screen from before the overlay appeared.
-struct DisplaySnapshot
-{
+struct DisplaySnapshot {
     /// Global points.
     GlobalRect screenFrame;
     /// Native pixels per point.

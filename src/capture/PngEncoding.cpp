@@ -15,8 +15,7 @@ constexpr int compression = 11;
 
 } // namespace
 
-QByteArray pngData(const QImage& image)
-{
+QByteArray pngData(const QImage& image) {
     // No alpha channel: a screen has none and it costs a fifth of the size.
     QImage opaque = image.convertToFormat(QImage::Format_RGB888);
     // A density of zero keeps the writer from adding a chunk that states one.

@@ -13,13 +13,13 @@ namespace {
 
 constexpr int openSettingsButton = 0;
 
-Alert permissionAlert()
-{
+Alert permissionAlert() {
     Alert alert;
     alert.style = Alert::Style::Informational;
     alert.messageText = translated("Screen Recording Permission Required");
     alert.informativeText = translated(
-        "Snapvane needs Screen Recording access to capture regions of your display. Grant access in "
+        "Snapvane needs Screen Recording access to capture regions of your display. Grant access "
+        "in "
         "System Settings under Privacy & Security \u2192 Screen & System Audio Recording, then "
         "restart the app if needed.");
     alert.buttons = {translated("Open System Settings"), translated("Not Now")};
@@ -30,19 +30,15 @@ Alert permissionAlert()
 
 ScreenCapturePermissionManager::ScreenCapturePermissionManager(AlertPresenter& alerts,
                                                                Workspace& workspace)
-    : m_alerts(alerts), m_workspace(workspace)
-{
-}
+    : m_alerts(alerts), m_workspace(workspace) {}
 
-ScreenCapturePermissionManager& ScreenCapturePermissionManager::shared()
-{
+ScreenCapturePermissionManager& ScreenCapturePermissionManager::shared() {
     static ScreenCapturePermissionManager manager(ModalAlertPresenter::shared(),
                                                   Platform::shared().workspace());
     return manager;
 }
 
-void ScreenCapturePermissionManager::presentPermissionAlertIfNeeded(bool force)
-{
+void ScreenCapturePermissionManager::presentPermissionAlertIfNeeded(bool force) {
     if (!force && m_didShowLaunchAlert) {
         return;
     }
@@ -52,8 +48,7 @@ void ScreenCapturePermissionManager::presentPermissionAlertIfNeeded(bool force)
     }
 }
 
-void ScreenCapturePermissionManager::openSystemSettings()
-{
+void ScreenCapturePermissionManager::openSystemSettings() {
     const QUrl pane(QStringLiteral(
         "x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture"));
     if (pane.isValid() && !m_workspace.open(pane)) {

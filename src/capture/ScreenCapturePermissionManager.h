@@ -5,11 +5,10 @@ namespace snapvane {
 class AlertPresenter;
 class Workspace;
 
-/// Remembers whether the program may read the screen, explains what to do when it may not, and opens
-/// the desktop's settings. The answer is asked for once, when the program starts: granting access
-/// later takes a restart. One instance for the whole run; main thread.
-class ScreenCapturePermissionManager
-{
+/// Remembers whether the program may read the screen, explains what to do when it may not, and
+/// opens the desktop's settings. The answer is asked for once, when the program starts: granting
+/// access later takes a restart. One instance for the whole run; main thread.
+class ScreenCapturePermissionManager {
 public:
     ScreenCapturePermissionManager(AlertPresenter& alerts, Workspace& workspace);
 

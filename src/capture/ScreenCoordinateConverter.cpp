@@ -2,8 +2,7 @@
 
 namespace snapvane::ScreenCoordinateConverter {
 
-GlobalRect unionFrameOfAllScreens(const ScreenList& screens)
-{
+GlobalRect unionFrameOfAllScreens(const ScreenList& screens) {
     if (screens.empty()) {
         return {};
     }

@@ -4,8 +4,7 @@
 
 namespace snapvane {
 
-QImage makeStableCopy(const QImage& image)
-{
+QImage makeStableCopy(const QImage& image) {
     if (image.width() < 1 || image.height() < 1) {
         return {};
     }

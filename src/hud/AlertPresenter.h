@@ -6,8 +6,7 @@
 namespace snapvane {
 
 /// What a modal alert says and offers.
-struct Alert
-{
+struct Alert {
     enum class Style { Warning = 0, Informational = 1 };
 
     Style style = Style::Warning;
@@ -18,8 +17,7 @@ struct Alert
 };
 
 /// Shows alerts. Main thread.
-class AlertPresenter
-{
+class AlertPresenter {
 public:
     virtual ~AlertPresenter() = default;
 

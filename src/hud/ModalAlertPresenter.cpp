@@ -9,21 +9,18 @@ namespace snapvane {
 
 namespace {
 
-QMessageBox::Icon iconFor(Alert::Style style)
-{
+QMessageBox::Icon iconFor(Alert::Style style) {
     return style == Alert::Style::Warning ? QMessageBox::Warning : QMessageBox::Information;
 }
 
 } // namespace
 
-ModalAlertPresenter& ModalAlertPresenter::shared()
-{
+ModalAlertPresenter& ModalAlertPresenter::shared() {
     static ModalAlertPresenter presenter;
     return presenter;
 }
 
-int ModalAlertPresenter::present(const Alert& alert)
-{
+int ModalAlertPresenter::present(const Alert& alert) {
     QMessageBox box;
     box.setIcon(iconFor(alert.style));
     box.setWindowTitle(QLatin1String(productName));

@@ -4,10 +4,9 @@
 
 namespace snapvane {
 
-/// Alerts as windows of their own. The program has no other window that they could belong to, so they
-/// are brought to the front by themselves.
-class ModalAlertPresenter : public AlertPresenter
-{
+/// Alerts as windows of their own. The program has no other window that they could belong to, so
+/// they are brought to the front by themselves.
+class ModalAlertPresenter : public AlertPresenter {
 public:
     static ModalAlertPresenter& shared();
 

@@ -11,35 +11,30 @@
 namespace snapvane {
 
 /// A display as the capture facility sees it.
-struct ShareableDisplay
-{
+struct ShareableDisplay {
     std::uint32_t id = 0;
     /// Global points.
     GlobalRect frame;
 };
 
 /// What can be captured at the moment.
-struct ShareableContent
-{
+struct ShareableContent {
     std::vector<ShareableDisplay> displays;
 };
 
 /// Which content is listed.
-struct ContentQuery
-{
+struct ContentQuery {
     bool excludeDesktopWindows = false;
     bool onScreenWindowsOnly = true;
 };
 
 /// What a screenshot shows: one display, leaving no window out.
-struct ContentFilter
-{
+struct ContentFilter {
     std::uint32_t displayId = 0;
 };
 
 /// How a screenshot is taken.
-struct StreamConfiguration
-{
+struct StreamConfiguration {
     /// Points, relative to the lower-left corner of the display, y upwards.
     GlobalRect sourceRect;
     /// Native pixels of the result.
@@ -49,8 +44,7 @@ struct StreamConfiguration
 };
 
 /// Still pictures of the live screen.
-class ScreenCapturer
-{
+class ScreenCapturer {
 public:
     virtual ~ScreenCapturer() = default;
 

@@ -3,8 +3,7 @@
 namespace snapvane {
 
 /// Starting the program when the user signs in. Main thread; changing it throws PlatformError.
-class LoginItem
-{
+class LoginItem {
 public:
     virtual ~LoginItem() = default;
 

@@ -13,8 +13,7 @@ namespace snapvane {
 
 /// What one overlay surface is drawn on. All coordinates are native pixels of the surface's screen;
 /// drawing is limited to the region that is being repainted. Valid only during `paintOverlay`.
-class OverlayCanvas
-{
+class OverlayCanvas {
 public:
     virtual ~OverlayCanvas() = default;
 
@@ -29,8 +28,7 @@ public:
 };
 
 /// A press, move or release of the primary button; other buttons and the wheel are not reported.
-struct OverlayPointerEvent
-{
+struct OverlayPointerEvent {
     enum class Kind { Down, Moved, Dragged, Up };
 
     Kind kind = Kind::Moved;
@@ -38,8 +36,7 @@ struct OverlayPointerEvent
 };
 
 /// A key press.
-struct OverlayKeyEvent
-{
+struct OverlayKeyEvent {
     /// Hardware key code in the numbering of stored shortcuts (53 is Escape); −1 for a key without
     /// one.
     int keyCode = -1;
@@ -47,10 +44,9 @@ struct OverlayKeyEvent
     bool isCancelCommand = false;
 };
 
-/// Receives what happens on the surfaces of a session. Main thread. Every call but `paintOverlay` may
-/// end the session, which means destroy it.
-class OverlayClient
-{
+/// Receives what happens on the surfaces of a session. Main thread. Every call but `paintOverlay`
+/// may end the session, which means destroy it.
+class OverlayClient {
 public:
     virtual ~OverlayClient() = default;
 
@@ -64,8 +60,7 @@ public:
 };
 
 /// How a session's surfaces are to be.
-struct OverlayOptions
-{
+struct OverlayOptions {
     ScreenList screens;
     /// Opacity of the black veil, 0 … 1.
     double dimAmount = 0;
@@ -74,10 +69,9 @@ struct OverlayOptions
 };
 
 /// One borderless surface a screen over everything, with the keyboard and the pointer. The surfaces
-/// appear veiled all over when the session is opened. Destroying a session takes everything away; it
-/// is to be concealed first when a capture follows. Main thread.
-class OverlaySession
-{
+/// appear veiled all over when the session is opened. Destroying a session takes everything away;
+/// it is to be concealed first when a capture follows. Main thread.
+class OverlaySession {
 public:
     virtual ~OverlaySession() = default;
 
@@ -89,13 +83,12 @@ public:
 };
 
 /// Opens overlay sessions.
-class OverlayHost
-{
+class OverlayHost {
 public:
     virtual ~OverlayHost() = default;
 
-    /// Nothing when the desktop cannot show an overlay at all; the reason is logged. The client must
-    /// outlive the session.
+    /// Nothing when the desktop cannot show an overlay at all; the reason is logged. The client
+    /// must outlive the session.
     virtual std::unique_ptr<OverlaySession> open(const OverlayOptions& options,
                                                  OverlayClient& client) = 0;
     /// Waits until no menu, of whatever program, is on the glass at the pointer; 300 ms at most.

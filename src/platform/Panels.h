@@ -13,8 +13,7 @@ namespace snapvane {
 /// What a panel does with input.
 enum class PanelInput { ClickThrough, Pointer, PointerAndKeyboard };
 
-struct PanelOptions
-{
+struct PanelOptions {
     /// The window's name.
     QString name;
     /// Place in the stacking order among the program's own surfaces; above all other applications.
@@ -24,20 +23,18 @@ struct PanelOptions
 
 /// A widget shown as a borderless surface at a global place, on every workspace, never activating
 /// the program. Main thread. Destroying it takes it off the screen.
-class Panel
-{
+class Panel {
 public:
     virtual ~Panel() = default;
 
-    /// Shows the panel, or moves it when it is shown, with its lower-left corner at `origin` (global
-    /// points) and brings it to the front of its level.
+    /// Shows the panel, or moves it when it is shown, with its lower-left corner at `origin`
+    /// (global points) and brings it to the front of its level.
     virtual void showAt(GlobalPoint origin) = 0;
     virtual void hide() = 0;
     virtual bool isVisible() const = 0;
 };
 
-class Panels
-{
+class Panels {
 public:
     virtual ~Panels() = default;
 

@@ -8,8 +8,7 @@
 namespace snapvane {
 
 /// Everything that one clipboard write offers together.
-struct PasteboardContents
-{
+struct PasteboardContents {
     /// The encoded picture, handed to readers byte for byte.
     std::optional<QByteArray> png;
     std::optional<QString> text;
@@ -18,8 +17,7 @@ struct PasteboardContents
 };
 
 /// The desktop's clipboard. Main thread.
-class Pasteboard
-{
+class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 

@@ -10,14 +10,15 @@ Platform* installedPlatform = nullptr;
 
 } // namespace
 
-Platform& Platform::shared()
-{
+Platform& Platform::shared() {
     if (installedPlatform == nullptr) {
         programError("the platform was used before it was chosen");
     }
     return *installedPlatform;
 }
 
-void Platform::install(Platform* platform) { installedPlatform = platform; }
+void Platform::install(Platform* platform) {
+    installedPlatform = platform;
+}
 
 } // namespace snapvane

@@ -17,8 +17,7 @@ class Workspace;
 
 /// Everything that the program needs of the desktop it runs on, one object a duty. Made once by
 /// PlatformLoader; the objects live as long as the platform.
-class Platform
-{
+class Platform {
 public:
     virtual ~Platform() = default;
 

@@ -5,8 +5,7 @@
 namespace snapvane {
 
 /// A failure of a platform facility, passed through to whoever shows or logs it.
-class PlatformError : public LocalizedError
-{
+class PlatformError : public LocalizedError {
 public:
     using LocalizedError::LocalizedError;
 };

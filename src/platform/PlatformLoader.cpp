@@ -5,8 +5,7 @@
 
 namespace snapvane::PlatformLoader {
 
-Choice choose()
-{
+Choice choose() {
     const QString wanted = qEnvironmentVariable("SNAPVANE_PLATFORM", QStringLiteral("x11"));
     Choice choice;
     if (wanted == QLatin1String("x11")) {
@@ -24,8 +23,7 @@ Choice choose()
     return choice;
 }
 
-std::unique_ptr<Platform> load(const Choice& choice)
-{
+std::unique_ptr<Platform> load(const Choice& choice) {
     if (choice.backend == Choice::Backend::Null) {
         return std::make_unique<null::NullPlatform>();
     }

@@ -11,8 +11,7 @@
 /// SNAPVANE_PLATFORM (x11, wayland, null) overrules the choice.
 namespace snapvane::PlatformLoader {
 
-struct Choice
-{
+struct Choice {
     enum class Backend { X11, Null };
 
     Backend backend = Backend::X11;

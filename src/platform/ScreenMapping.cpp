@@ -10,49 +10,41 @@ namespace snapvane::ScreenMapping {
 namespace {
 
 /// A screen's frame while y still points down from the native upper-left corner.
-struct LogicalFrame
-{
+struct LogicalFrame {
     double left;
     double top;
     double width;
     double height;
 };
 
-LogicalFrame logicalFrame(const NativeScreen& screen)
-{
+LogicalFrame logicalFrame(const NativeScreen& screen) {
     return {static_cast<double>(screen.nativeFrame.origin.x),
             static_cast<double>(screen.nativeFrame.origin.y),
             screen.nativeFrame.size.width / screen.backingScale,
             screen.nativeFrame.size.height / screen.backingScale};
 }
 
-GlobalRect withoutReserved(const GlobalRect& frame, const NativeScreen& screen)
-{
+GlobalRect withoutReserved(const GlobalRect& frame, const NativeScreen& screen) {
     const double scale = screen.backingScale;
     const auto& reserved = screen.reserved;
-    const double width =
-        std::max(0.0, frame.width() - (reserved.left + reserved.right) / scale);
-    const double height =
-        std::max(0.0, frame.height() - (reserved.top + reserved.bottom) / scale);
+    const double width = std::max(0.0, frame.width() - (reserved.left + reserved.right) / scale);
+    const double height = std::max(0.0, frame.height() - (reserved.top + reserved.bottom) / scale);
     return {{frame.minX() + reserved.left / scale, frame.minY() + reserved.bottom / scale},
             {width, height}};
 }
 
-DevicePoint nearestInside(const DeviceRect& frame, DevicePoint position)
-{
+DevicePoint nearestInside(const DeviceRect& frame, DevicePoint position) {
     return {std::clamp(position.x, frame.origin.x, frame.origin.x + frame.size.width - 1),
             std::clamp(position.y, frame.origin.y, frame.origin.y + frame.size.height - 1)};
 }
 
-long long squaredDistance(DevicePoint a, DevicePoint b)
-{
+long long squaredDistance(DevicePoint a, DevicePoint b) {
     const long long dx = a.x - b.x;
     const long long dy = a.y - b.y;
     return dx * dx + dy * dy;
 }
 
-const Screen& nearestScreen(const ScreenList& screens, DevicePoint position)
-{
+const Screen& nearestScreen(const ScreenList& screens, DevicePoint position) {
     return *std::min_element(
         screens.begin(), screens.end(), [position](const Screen& a, const Screen& b) {
             return squaredDistance(nearestInside(a.nativeFrame, position), position) <
@@ -62,8 +54,7 @@ const Screen& nearestScreen(const ScreenList& screens, DevicePoint position)
 
 } // namespace
 
-ScreenList layOut(const std::vector<NativeScreen>& screens)
-{
+ScreenList layOut(const std::vector<NativeScreen>& screens) {
     ScreenList result;
     if (screens.empty()) {
         return result;
@@ -85,8 +76,7 @@ ScreenList layOut(const std::vector<NativeScreen>& screens)
     return result;
 }
 
-const Screen* screenAt(const ScreenList& screens, DevicePoint position)
-{
+const Screen* screenAt(const ScreenList& screens, DevicePoint position) {
     const auto found =
         std::find_if(screens.begin(), screens.end(), [position](const Screen& screen) {
             return screen.nativeFrame.contains(position);
@@ -94,8 +84,7 @@ const Screen* screenAt(const ScreenList& screens, DevicePoint position)
     return found == screens.end() ? nullptr : &*found;
 }
 
-PointerPlace pointerPlace(const ScreenList& screens, DevicePoint position)
-{
+PointerPlace pointerPlace(const ScreenList& screens, DevicePoint position) {
     if (screens.empty()) {
         programError("a pointer place was asked for without any screen");
     }
@@ -117,8 +106,7 @@ PointerPlace pointerPlace(const ScreenList& screens, DevicePoint position)
             {left, bottom}};
 }
 
-PixelRect pixelRect(const Screen& screen, const GlobalRect& area)
-{
+PixelRect pixelRect(const Screen& screen, const GlobalRect& area) {
     const double scale = screen.backingScale;
     const int left = roundedPixel((area.minX() - screen.frame.minX()) * scale);
     const int right = roundedPixel((area.maxX() - screen.frame.minX()) * scale);
@@ -127,8 +115,7 @@ PixelRect pixelRect(const Screen& screen, const GlobalRect& area)
     return {left, top, right - left, bottom - top};
 }
 
-PixelRect sourcePixels(const Screen& screen, const GlobalRect& local, PixelSize output)
-{
+PixelRect sourcePixels(const Screen& screen, const GlobalRect& local, PixelSize output) {
     const double scale = screen.backingScale;
     const PixelSize size = screen.nativeSize();
     const int left = roundedPixel(local.minX() * scale);
@@ -138,8 +125,7 @@ PixelRect sourcePixels(const Screen& screen, const GlobalRect& local, PixelSize 
             output.height};
 }
 
-DeviceRect deviceRect(const Screen& screen, const PixelRect& pixels)
-{
+DeviceRect deviceRect(const Screen& screen, const PixelRect& pixels) {
     return {{screen.nativeFrame.origin.x + pixels.x, screen.nativeFrame.origin.y + pixels.y},
             {pixels.width, pixels.height}};
 }

@@ -5,22 +5,20 @@
 /// The one place where device and native pixels become global points and the other way round. Pure;
 /// any thread.
 ///
-/// A screen keeps its native upper-left corner as its corner in logical coordinates and only its size
-/// is divided by its scale, as Qt does it; sizes do not round-trip through Qt's rounded geometry (a
-/// screen 1366 pixels wide at a factor of 1.75 becomes 781 points and then 1367 pixels), so everything
-/// here starts from native geometry.
+/// A screen keeps its native upper-left corner as its corner in logical coordinates and only its
+/// size is divided by its scale, as Qt does it; sizes do not round-trip through Qt's rounded
+/// geometry (a screen 1366 pixels wide at a factor of 1.75 becomes 781 points and then 1367
+/// pixels), so everything here starts from native geometry.
 namespace snapvane::ScreenMapping {
 
 /// What a platform knows of one screen before the spaces are laid out.
-struct NativeScreen
-{
+struct NativeScreen {
     std::uint32_t id = 0;
     QString name;
     DeviceRect nativeFrame;
     double backingScale = 1;
     /// What docks reserve at this screen's edges, in its native pixels.
-    struct Reserved
-    {
+    struct Reserved {
         int left = 0;
         int right = 0;
         int top = 0;
@@ -40,8 +38,7 @@ const Screen* screenAt(const ScreenList& screens, DevicePoint position);
 /// pixel's upper-left corner or, in a last column or row that no other screen's pixel adjoins, the
 /// far edge itself, since the last column and row could not be selected otherwise. `inside` is the
 /// pixel's lower-left corner, which always lies inside its screen.
-struct PointerPlace
-{
+struct PointerPlace {
     GlobalPoint edge;
     GlobalPoint inside;
 
@@ -56,9 +53,9 @@ PointerPlace pointerPlace(const ScreenList& screens, DevicePoint position);
 /// screen's corner. Not clipped.
 PixelRect pixelRect(const Screen& screen, const GlobalRect& area);
 
-/// The pixels of a screen that a screenshot of `local` (points, relative to the lower-left corner of
-/// the screen) with an output of `output` pixels shows: exactly that many, moved inside the screen
-/// where rounding would put the last one beyond its border.
+/// The pixels of a screen that a screenshot of `local` (points, relative to the lower-left corner
+/// of the screen) with an output of `output` pixels shows: exactly that many, moved inside the
+/// screen where rounding would put the last one beyond its border.
 PixelRect sourcePixels(const Screen& screen, const GlobalRect& local, PixelSize output);
 
 /// Pixels of the screen in the display server's space.

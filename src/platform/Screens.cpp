@@ -4,14 +4,12 @@
 
 namespace snapvane {
 
-std::optional<Screen> Screens::mainScreen()
-{
+std::optional<Screen> Screens::mainScreen() {
     const ScreenList screens = list();
     return screens.empty() ? std::nullopt : std::optional(screens.front());
 }
 
-std::optional<Screen> screenContaining(const ScreenList& screens, GlobalPoint point)
-{
+std::optional<Screen> screenContaining(const ScreenList& screens, GlobalPoint point) {
     const auto found = std::find_if(screens.begin(), screens.end(), [point](const Screen& screen) {
         return screen.frame.contains(point);
     });

@@ -12,8 +12,7 @@
 namespace snapvane {
 
 /// One screen as it stood when the list was read.
-struct Screen
-{
+struct Screen {
     /// Stable while the screen is connected.
     std::uint32_t id = 0;
     QString name;
@@ -34,8 +33,7 @@ struct Screen
 using ScreenList = std::vector<Screen>;
 
 /// The screens of the desktop. Main thread; lists are values and may be passed to any thread.
-class Screens : public QObject
-{
+class Screens : public QObject {
     Q_OBJECT
 
 public:

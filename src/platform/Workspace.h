@@ -5,8 +5,7 @@ class QUrl;
 namespace snapvane {
 
 /// The desktop around the program. Main thread.
-class Workspace
-{
+class Workspace {
 public:
     virtual ~Workspace() = default;
 

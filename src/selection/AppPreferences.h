@@ -9,10 +9,9 @@ namespace snapvane {
 class UserDefaults;
 
 /// The user's settings of the selection overlay. Read once from the store when the object is made;
-/// each change is announced, then stored here and written to the store at once, also when the value is
-/// the same. Nothing is clamped. Main thread.
-class AppPreferences : public QObject
-{
+/// each change is announced, then stored here and written to the store at once, also when the value
+/// is the same. Nothing is clamped. Main thread.
+class AppPreferences : public QObject {
     Q_OBJECT
 
 public:

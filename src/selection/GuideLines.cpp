@@ -2,8 +2,7 @@
 
 namespace snapvane {
 
-GuideLines& GuideLines::shared()
-{
+GuideLines& GuideLines::shared() {
     static NoGuideLines lines;
     return lines;
 }

@@ -6,8 +6,7 @@ namespace snapvane {
 
 /// The lines that cross at the pointer during a selection, as the overlay controller and the status
 /// menu see them. Main thread.
-class GuideLines
-{
+class GuideLines {
 public:
     virtual ~GuideLines() = default;
 
@@ -30,8 +29,7 @@ private:
 };
 
 /// Draws nothing; what a selection without lines is built on.
-class NoGuideLines : public GuideLines
-{
+class NoGuideLines : public GuideLines {
 public:
     void rebuildOverlays() override {}
     void hideOverlays() override {}

@@ -5,8 +5,7 @@
 namespace snapvane {
 
 /// The loupe, as the overlay controller sees it. Main thread.
-class Magnifier
-{
+class Magnifier {
 public:
     virtual ~Magnifier() = default;
 
@@ -19,8 +18,7 @@ public:
 };
 
 /// Shows nothing; what a selection without a loupe is built on.
-class NoMagnifier : public Magnifier
-{
+class NoMagnifier : public Magnifier {
 public:
     void prepare(const DisplaySnapshotList&) override {}
     void update(GlobalPoint, GlobalSize) override {}

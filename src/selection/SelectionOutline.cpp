@@ -7,10 +7,9 @@ namespace snapvane::SelectionOutline {
 
 namespace {
 
-/// A run of pixels along one axis and how far each of them lies in the outer and the inner rectangle
-/// between which the stroke is.
-struct Band
-{
+/// A run of pixels along one axis and how far each of them lies in the outer and the inner
+/// rectangle between which the stroke is.
+struct Band {
     int start = 0;
     int length = 0;
     double outer = 0;
@@ -18,22 +17,19 @@ struct Band
 };
 
 /// The part of the pixel that lies between `from` and `to`.
-double covered(int pixel, double from, double to)
-{
+double covered(int pixel, double from, double to) {
     return std::clamp(std::min(to, pixel + 1.0) - std::max(from, static_cast<double>(pixel)), 0.0,
                       1.0);
 }
 
 /// Single pixels near both edges and one band for everything between.
-std::vector<Band> bands(int start, int length, double halfWidth)
-{
+std::vector<Band> bands(int start, int length, double halfWidth) {
     const int distance = static_cast<int>(std::ceil(halfWidth));
     const int end = start + length;
     std::vector<Band> result;
     const auto addPixel = [&](int pixel) {
-        const double inner = 2 * halfWidth < length
-                                 ? covered(pixel, start + halfWidth, end - halfWidth)
-                                 : 0.0;
+        const double inner =
+            2 * halfWidth < length ? covered(pixel, start + halfWidth, end - halfWidth) : 0.0;
         result.push_back({pixel, 1, covered(pixel, start - halfWidth, end + halfWidth), inner});
     };
     const int innerStart = start + distance;
@@ -52,10 +48,11 @@ std::vector<Band> bands(int start, int length, double halfWidth)
 
 } // namespace
 
-int reach(double width) { return static_cast<int>(std::ceil(width / 2)); }
+int reach(double width) {
+    return static_cast<int>(std::ceil(width / 2));
+}
 
-std::vector<Cell> cells(const PixelRect& rect, double width)
-{
+std::vector<Cell> cells(const PixelRect& rect, double width) {
     const auto columns = bands(rect.x, rect.width, width / 2);
     const auto rows = bands(rect.y, rect.height, width / 2);
     std::vector<Cell> result;

@@ -4,13 +4,12 @@
 
 #include <vector>
 
-/// The outline of a selection in native pixels: a stroke centred on the edge of a rectangle, with the
-/// coverage that each pixel gets. Pure.
+/// The outline of a selection in native pixels: a stroke centred on the edge of a rectangle, with
+/// the coverage that each pixel gets. Pure.
 namespace snapvane::SelectionOutline {
 
 /// Pixels that the stroke covers equally.
-struct Cell
-{
+struct Cell {
     PixelRect area;
     /// 0 … 1, never 0.
     double coverage = 0;

@@ -10,8 +10,7 @@ namespace snapvane {
 
 namespace {
 
-const Log& selectionLog()
-{
+const Log& selectionLog() {
     static const Log log("Selection");
     return log;
 }
@@ -19,23 +18,20 @@ const Log& selectionLog()
 } // namespace
 
 SelectionOverlayController::SelectionOverlayController(const Collaborators& collaborators)
-    : m_with(collaborators)
-{
+    : m_with(collaborators) {
     connect(&m_with.screens, &Screens::changed, this, &SelectionOverlayController::screensChanged);
 }
 
 SelectionOverlayController::~SelectionOverlayController() = default;
 
-void SelectionOverlayController::present(Completion completion, CaptureTrigger trigger)
-{
+void SelectionOverlayController::present(Completion completion, CaptureTrigger trigger) {
     dismiss();
     m_completion = std::move(completion);
     advanceGeneration();
     startDetached(presentWhenReady(m_presentGeneration, trigger));
 }
 
-void SelectionOverlayController::dismiss()
-{
+void SelectionOverlayController::dismiss() {
     advanceGeneration();
     m_with.guideLines.setCaptureSessionActive(false);
     m_with.guideLines.hideOverlays();
@@ -48,25 +44,21 @@ void SelectionOverlayController::dismiss()
     }
 }
 
-SelectionOverlayController::Completion SelectionOverlayController::takeCompletion()
-{
+SelectionOverlayController::Completion SelectionOverlayController::takeCompletion() {
     return std::exchange(m_completion, nullptr);
 }
 
 void SelectionOverlayController::selectionOverlayViewDidComplete(SelectionOverlayView&,
-                                                                 const GlobalRect& rect)
-{
+                                                                 const GlobalRect& rect) {
     finish(m_overlayWindow ? std::optional(rect) : std::nullopt);
 }
 
-void SelectionOverlayController::selectionOverlayViewDidCancel(SelectionOverlayView&)
-{
+void SelectionOverlayController::selectionOverlayViewDidCancel(SelectionOverlayView&) {
     finish(std::nullopt);
 }
 
 QCoro::Task<> SelectionOverlayController::presentWhenReady(std::int64_t token,
-                                                           CaptureTrigger trigger)
-{
+                                                           CaptureTrigger trigger) {
     const QPointer<SelectionOverlayController> self(this);
     if (trigger == CaptureTrigger::Menu) {
         auto menus = m_with.overlays.menusClosed();
@@ -85,8 +77,7 @@ QCoro::Task<> SelectionOverlayController::presentWhenReady(std::int64_t token,
     }
 }
 
-QCoro::Task<DisplaySnapshotList> SelectionOverlayController::takeSnapshots()
-{
+QCoro::Task<DisplaySnapshotList> SelectionOverlayController::takeSnapshots() {
     auto taking = m_with.snapshots.captureAllDisplays();
     try {
         DisplaySnapshotList snapshots = co_await taking;
@@ -97,8 +88,7 @@ QCoro::Task<DisplaySnapshotList> SelectionOverlayController::takeSnapshots()
     }
 }
 
-void SelectionOverlayController::presentOverlay(const DisplaySnapshotList& snapshots)
-{
+void SelectionOverlayController::presentOverlay(const DisplaySnapshotList& snapshots) {
     m_displaySnapshots = snapshots;
     if (!snapshots.empty()) {
         m_with.magnifier.prepare(snapshots);
@@ -129,8 +119,7 @@ void SelectionOverlayController::presentOverlay(const DisplaySnapshotList& snaps
     }
 }
 
-void SelectionOverlayController::preparePointerCallback(SelectionOverlayView& view)
-{
+void SelectionOverlayController::preparePointerCallback(SelectionOverlayView& view) {
     view.delegate = this;
     const QPointer<SelectionOverlayController> self(this);
     GuideLines* lines = &m_with.guideLines;
@@ -142,8 +131,7 @@ void SelectionOverlayController::preparePointerCallback(SelectionOverlayView& vi
     };
 }
 
-void SelectionOverlayController::finish(std::optional<GlobalRect> result)
-{
+void SelectionOverlayController::finish(std::optional<GlobalRect> result) {
     const Completion completion = takeCompletion();
     dismiss();
     if (completion) {
@@ -151,15 +139,13 @@ void SelectionOverlayController::finish(std::optional<GlobalRect> result)
     }
 }
 
-void SelectionOverlayController::advanceGeneration()
-{
+void SelectionOverlayController::advanceGeneration() {
     if (__builtin_add_overflow(m_presentGeneration, std::int64_t{1}, &m_presentGeneration)) {
         programError("the session counter has run over");
     }
 }
 
-void SelectionOverlayController::screensChanged()
-{
+void SelectionOverlayController::screensChanged() {
     if (!m_overlayWindow) {
         return;
     }

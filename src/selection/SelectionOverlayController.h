@@ -24,8 +24,7 @@ class Screens;
 /// Runs selection sessions: takes the snapshots, shows the overlay, feeds the loupe and the guide
 /// lines, and hands the result over once everything is off the screen again. Owned by the capture
 /// coordinator. Main thread.
-class SelectionOverlayController : public QObject, public SelectionOverlayViewDelegate
-{
+class SelectionOverlayController : public QObject, public SelectionOverlayViewDelegate {
     Q_OBJECT
 
 public:
@@ -33,8 +32,7 @@ public:
     using Completion = std::function<void(std::optional<GlobalRect>)>;
 
     /// What the controller works with; everything must outlive it.
-    struct Collaborators
-    {
+    struct Collaborators {
         AppPreferences& preferences;
         Screens& screens;
         OverlayHost& overlays;
@@ -46,8 +44,8 @@ public:
     explicit SelectionOverlayController(const Collaborators& collaborators);
     ~SelectionOverlayController() override;
 
-    /// Starts a session. The completion is called once, when it ends, unless another session replaces
-    /// it first; then it is never called.
+    /// Starts a session. The completion is called once, when it ends, unless another session
+    /// replaces it first; then it is never called.
     void present(Completion completion, CaptureTrigger trigger = CaptureTrigger::Shortcut);
     /// Takes everything off the screen without calling the completion.
     void dismiss();

@@ -11,8 +11,7 @@ constexpr double minimumSide = 4;
 
 } // namespace
 
-void SelectionOverlayView::mouseDown(const ScreenMapping::PointerPlace& place)
-{
+void SelectionOverlayView::mouseDown(const ScreenMapping::PointerPlace& place) {
     m_dragStart = place.edge;
     m_currentSelection = {};
     m_isDragging = true;
@@ -20,8 +19,7 @@ void SelectionOverlayView::mouseDown(const ScreenMapping::PointerPlace& place)
     reportPointer(place.inside);
 }
 
-void SelectionOverlayView::mouseDragged(const ScreenMapping::PointerPlace& place)
-{
+void SelectionOverlayView::mouseDragged(const ScreenMapping::PointerPlace& place) {
     if (!m_dragStart) {
         return;
     }
@@ -30,13 +28,11 @@ void SelectionOverlayView::mouseDragged(const ScreenMapping::PointerPlace& place
     reportPointer(place.inside);
 }
 
-void SelectionOverlayView::mouseMoved(const ScreenMapping::PointerPlace& place)
-{
+void SelectionOverlayView::mouseMoved(const ScreenMapping::PointerPlace& place) {
     reportPointer(place.inside);
 }
 
-void SelectionOverlayView::mouseUp()
-{
+void SelectionOverlayView::mouseUp() {
     if (!m_isDragging) {
         return;
     }
@@ -53,8 +49,7 @@ void SelectionOverlayView::mouseUp()
     }
 }
 
-bool SelectionOverlayView::keyDown(int keyCode)
-{
+bool SelectionOverlayView::keyDown(int keyCode) {
     if (keyCode != escapeKeyCode) {
         return false;
     }
@@ -62,36 +57,31 @@ bool SelectionOverlayView::keyDown(int keyCode)
     return true;
 }
 
-void SelectionOverlayView::cancelOperation()
-{
+void SelectionOverlayView::cancelOperation() {
     if (delegate != nullptr) {
         delegate->selectionOverlayViewDidCancel(*this);
     }
 }
 
-SelectionPicture SelectionOverlayView::picture(const Screen& screen) const
-{
+SelectionPicture SelectionOverlayView::picture(const Screen& screen) const {
     return SelectionPicture::of(screen, m_isDragging ? m_currentSelection : GlobalRect(), m_bounds,
                                 selectionBorderWidth);
 }
 
-void SelectionOverlayView::reset(const GlobalRect& bounds)
-{
+void SelectionOverlayView::reset(const GlobalRect& bounds) {
     m_bounds = bounds;
     m_dragStart.reset();
     m_currentSelection = {};
     m_isDragging = false;
 }
 
-void SelectionOverlayView::reportPointer(GlobalPoint point) const
-{
+void SelectionOverlayView::reportPointer(GlobalPoint point) const {
     if (onPointerChange) {
         onPointerChange(point, m_isDragging ? m_currentSelection.size : GlobalSize());
     }
 }
 
-void SelectionOverlayView::requestDisplay() const
-{
+void SelectionOverlayView::requestDisplay() const {
     if (setNeedsDisplay) {
         setNeedsDisplay();
     }

@@ -11,8 +11,7 @@ namespace snapvane {
 class SelectionOverlayView;
 
 /// Receives how a selection ends. Either call may destroy the view.
-class SelectionOverlayViewDelegate
-{
+class SelectionOverlayViewDelegate {
 public:
     virtual ~SelectionOverlayViewDelegate() = default;
 
@@ -22,11 +21,10 @@ public:
     virtual void selectionOverlayViewDidCancel(SelectionOverlayView& view) = 0;
 };
 
-/// The selection as a small state machine in global points: idle, dragging, over. It knows no window;
-/// SelectionOverlayWindow feeds it and shows what it describes. Made anew for each session. Main
-/// thread.
-class SelectionOverlayView
-{
+/// The selection as a small state machine in global points: idle, dragging, over. It knows no
+/// window; SelectionOverlayWindow feeds it and shows what it describes. Made anew for each session.
+/// Main thread.
+class SelectionOverlayView {
 public:
     /// `bounds` is the union of all screens.
     explicit SelectionOverlayView(const GlobalRect& bounds) : m_bounds(bounds) {}

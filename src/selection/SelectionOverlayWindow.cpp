@@ -6,31 +6,26 @@ namespace snapvane {
 
 SelectionOverlayWindow::SelectionOverlayWindow(OverlayHost& host, const Settings& settings)
     : m_host(host), m_settings(settings),
-      m_view(ScreenCoordinateConverter::unionFrameOfAllScreens(settings.screens))
-{
+      m_view(ScreenCoordinateConverter::unionFrameOfAllScreens(settings.screens)) {
     m_view.setNeedsDisplay = [this] { scheduleDisplay(); };
 }
 
 SelectionOverlayWindow::~SelectionOverlayWindow() = default;
 
-bool SelectionOverlayWindow::makeKeyAndOrderFront()
-{
+bool SelectionOverlayWindow::makeKeyAndOrderFront() {
     m_pictures = currentPictures();
-    m_session = m_host.open(
-        OverlayOptions{m_settings.screens, m_settings.dimAmount, level}, *this);
+    m_session = m_host.open(OverlayOptions{m_settings.screens, m_settings.dimAmount, level}, *this);
     return m_session != nullptr;
 }
 
-void SelectionOverlayWindow::orderOut()
-{
+void SelectionOverlayWindow::orderOut() {
     if (m_session) {
         m_session->conceal();
         m_session.reset();
     }
 }
 
-bool SelectionOverlayWindow::setScreens(const ScreenList& screens)
-{
+bool SelectionOverlayWindow::setScreens(const ScreenList& screens) {
     orderOut();
     m_settings.screens = screens;
     m_view.reset(ScreenCoordinateConverter::unionFrameOfAllScreens(screens));
@@ -38,13 +33,11 @@ bool SelectionOverlayWindow::setScreens(const ScreenList& screens)
 }
 
 void SelectionOverlayWindow::paintOverlay(std::size_t screenIndex, OverlayCanvas& canvas,
-                                          const QRegion& dirty)
-{
+                                          const QRegion& dirty) {
     m_pictures.at(screenIndex).paint(canvas, dirty);
 }
 
-void SelectionOverlayWindow::overlayPointerEvent(const OverlayPointerEvent& event)
-{
+void SelectionOverlayWindow::overlayPointerEvent(const OverlayPointerEvent& event) {
     switch (event.kind) {
     case OverlayPointerEvent::Kind::Down:
         m_view.mouseDown(event.place);
@@ -61,8 +54,7 @@ void SelectionOverlayWindow::overlayPointerEvent(const OverlayPointerEvent& even
     }
 }
 
-void SelectionOverlayWindow::overlayKeyEvent(const OverlayKeyEvent& event)
-{
+void SelectionOverlayWindow::overlayKeyEvent(const OverlayKeyEvent& event) {
     if (event.isCancelCommand) {
         m_view.cancelOperation();
     } else {
@@ -70,15 +62,13 @@ void SelectionOverlayWindow::overlayKeyEvent(const OverlayKeyEvent& event)
     }
 }
 
-void SelectionOverlayWindow::overlayInputRefused(const QString& reason)
-{
+void SelectionOverlayWindow::overlayInputRefused(const QString& reason) {
     if (onInputRefused) {
         onInputRefused(reason);
     }
 }
 
-std::vector<SelectionPicture> SelectionOverlayWindow::currentPictures() const
-{
+std::vector<SelectionPicture> SelectionOverlayWindow::currentPictures() const {
     std::vector<SelectionPicture> pictures;
     for (const Screen& screen : m_settings.screens) {
         pictures.push_back(m_view.picture(screen));
@@ -86,17 +76,16 @@ std::vector<SelectionPicture> SelectionOverlayWindow::currentPictures() const
     return pictures;
 }
 
-void SelectionOverlayWindow::scheduleDisplay()
-{
+void SelectionOverlayWindow::scheduleDisplay() {
     if (std::exchange(m_displayScheduled, true)) {
         return;
     }
     // After the events that are here already, so that a burst of motion is painted once.
-    QMetaObject::invokeMethod(&m_context, [this] { display(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &m_context, [this] { display(); }, Qt::QueuedConnection);
 }
 
-void SelectionOverlayWindow::display()
-{
+void SelectionOverlayWindow::display() {
     m_displayScheduled = false;
     if (!m_session) {
         return;

@@ -12,14 +12,12 @@ namespace snapvane {
 
 /// The one window of a selection over the union of all screens: a surface a screen, all showing the
 /// same view. Owns the view and the platform's session; owned by the controller. Main thread.
-class SelectionOverlayWindow : public OverlayClient
-{
+class SelectionOverlayWindow : public OverlayClient {
 public:
     /// Above menus and docks.
     static constexpr int level = 1000;
 
-    struct Settings
-    {
+    struct Settings {
         ScreenList screens;
         double dimAmount = 0;
     };

@@ -7,8 +7,7 @@
 namespace snapvane {
 
 SelectionPicture SelectionPicture::of(const Screen& screen, const GlobalRect& selection,
-                                      const GlobalRect& bounds, double borderWidth)
-{
+                                      const GlobalRect& bounds, double borderWidth) {
     SelectionPicture picture;
     picture.size = screen.nativeSize();
     picture.scale = screen.backingScale;
@@ -23,8 +22,8 @@ SelectionPicture SelectionPicture::of(const Screen& screen, const GlobalRect& se
     return picture;
 }
 
-QRegion SelectionPicture::difference(const SelectionPicture& before, const SelectionPicture& after)
-{
+QRegion SelectionPicture::difference(const SelectionPicture& before,
+                                     const SelectionPicture& after) {
     QRegion changed;
     if (before.hole != after.hole) {
         changed += before.holeRegion().xored(after.holeRegion());
@@ -38,8 +37,7 @@ QRegion SelectionPicture::difference(const SelectionPicture& before, const Selec
     return changed.intersected(QRect(0, 0, after.size.width, after.size.height));
 }
 
-void SelectionPicture::paint(OverlayCanvas& canvas, const QRegion& dirty) const
-{
+void SelectionPicture::paint(OverlayCanvas& canvas, const QRegion& dirty) const {
     const QRect surface(0, 0, size.width, size.height);
     canvas.veil(PixelRect::fromQRect(surface));
     if (!hole) {
@@ -63,13 +61,11 @@ void SelectionPicture::paint(OverlayCanvas& canvas, const QRegion& dirty) const
     }
 }
 
-QRegion SelectionPicture::holeRegion() const
-{
+QRegion SelectionPicture::holeRegion() const {
     return hole ? QRegion(hole->toQRect()) : QRegion();
 }
 
-QRegion SelectionPicture::outlineRegion() const
-{
+QRegion SelectionPicture::outlineRegion() const {
     if (!hole) {
         return {};
     }
@@ -79,8 +75,7 @@ QRegion SelectionPicture::outlineRegion() const
            QRegion(rect.adjusted(reach, reach, -reach, -reach));
 }
 
-QRegion SelectionPicture::labelRegion() const
-{
+QRegion SelectionPicture::labelRegion() const {
     return label ? QRegion(label->box.toQRect()) : QRegion();
 }
 

@@ -9,10 +9,8 @@ namespace snapvane {
 /// What one screen's surface shows during a selection, in that screen's pixels: the veil, the hole
 /// with its outline, the size label. A value that two moments can be compared by, so that only what
 /// changed between them is painted.
-struct SelectionPicture
-{
-    struct Label
-    {
+struct SelectionPicture {
+    struct Label {
         QString text;
         PixelRect box;
 
@@ -29,8 +27,8 @@ struct SelectionPicture
     std::optional<PixelRect> hole;
     std::optional<Label> label;
 
-    /// The picture of a screen. `selection` (global points) is empty when there is none; `bounds` is
-    /// the whole overlay; `borderWidth` is in points.
+    /// The picture of a screen. `selection` (global points) is empty when there is none; `bounds`
+    /// is the whole overlay; `borderWidth` is in points.
     static SelectionPicture of(const Screen& screen, const GlobalRect& selection,
                                const GlobalRect& bounds, double borderWidth);
 

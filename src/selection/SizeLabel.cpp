@@ -21,8 +21,7 @@ constexpr double marginToBounds = 8;
 constexpr int fontSize = 12;
 constexpr float backgroundOpacity = 0.75F;
 
-QFont labelFont()
-{
+QFont labelFont() {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPixelSize(fontSize);
     font.setWeight(QFont::Medium);
@@ -31,21 +30,18 @@ QFont labelFont()
 
 } // namespace
 
-QString text(GlobalSize size)
-{
+QString text(GlobalSize size) {
     return translated("%1 × %2 pt")
         .arg(roundedInteger(size.width))
         .arg(roundedInteger(size.height));
 }
 
-GlobalSize textSize(const QString& text)
-{
+GlobalSize textSize(const QString& text) {
     const QFontMetricsF metrics(labelFont());
     return {metrics.horizontalAdvance(text), metrics.height()};
 }
 
-GlobalRect box(const GlobalRect& selection, GlobalSize measuredText, const GlobalRect& bounds)
-{
+GlobalRect box(const GlobalRect& selection, GlobalSize measuredText, const GlobalRect& bounds) {
     const double width = measuredText.width + 2 * horizontalPadding;
     const double height = measuredText.height + 2 * verticalPadding;
     double y = selection.maxY() + gapToSelection;
@@ -53,13 +49,12 @@ GlobalRect box(const GlobalRect& selection, GlobalSize measuredText, const Globa
         y = selection.minY() - height - gapToSelection;
     }
     const double rightmost = bounds.maxX() - width - marginToBounds;
-    const double x = std::max(bounds.minX() + marginToBounds,
-                              std::min(selection.midX() - width / 2, rightmost));
+    const double x =
+        std::max(bounds.minX() + marginToBounds, std::min(selection.midX() - width / 2, rightmost));
     return {{x, y}, {width, height}};
 }
 
-QImage render(const QString& text, PixelSize pixels, double scale)
-{
+QImage render(const QString& text, PixelSize pixels, double scale) {
     QImage image(pixels.width, pixels.height, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
@@ -73,8 +68,7 @@ QImage render(const QString& text, PixelSize pixels, double scale)
     const QFont font = labelFont();
     painter.setFont(font);
     // The text's lower-left corner stands a padding away from the box's.
-    const double baseline =
-        area.height() - verticalPadding - QFontMetricsF(font).descent();
+    const double baseline = area.height() - verticalPadding - QFontMetricsF(font).descent();
     painter.drawText(QPointF(horizontalPadding, baseline), text);
     return image;
 }

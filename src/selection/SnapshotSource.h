@@ -7,8 +7,7 @@
 namespace snapvane {
 
 /// Where the overlay controller gets the pictures for the loupe from.
-class SnapshotSource
-{
+class SnapshotSource {
 public:
     virtual ~SnapshotSource() = default;
 
@@ -17,11 +16,9 @@ public:
 };
 
 /// Takes none, for as long as there is no loupe to show them.
-class NoSnapshots : public SnapshotSource
-{
+class NoSnapshots : public SnapshotSource {
 public:
-    QCoro::Task<DisplaySnapshotList> captureAllDisplays() override
-    {
+    QCoro::Task<DisplaySnapshotList> captureAllDisplays() override {
         co_return DisplaySnapshotList();
     }
 };

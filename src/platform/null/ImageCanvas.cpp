@@ -3,31 +3,26 @@
 namespace snapvane::null {
 
 ImageCanvas::ImageCanvas(QImage& image, double dimAmount, const QRegion& region)
-    : m_painter(&image), m_veil(QColor::fromRgbF(0, 0, 0, static_cast<float>(dimAmount)))
-{
+    : m_painter(&image), m_veil(QColor::fromRgbF(0, 0, 0, static_cast<float>(dimAmount))) {
     m_painter.setClipRegion(region);
 }
 
-void ImageCanvas::veil(const PixelRect& area)
-{
+void ImageCanvas::veil(const PixelRect& area) {
     m_painter.setCompositionMode(QPainter::CompositionMode_Source);
     m_painter.fillRect(area.toQRect(), m_veil);
 }
 
-void ImageCanvas::clear(const PixelRect& area)
-{
+void ImageCanvas::clear(const PixelRect& area) {
     m_painter.setCompositionMode(QPainter::CompositionMode_Source);
     m_painter.fillRect(area.toQRect(), Qt::transparent);
 }
 
-void ImageCanvas::fill(const PixelRect& area, const QColor& color)
-{
+void ImageCanvas::fill(const PixelRect& area, const QColor& color) {
     m_painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     m_painter.fillRect(area.toQRect(), color);
 }
 
-void ImageCanvas::draw(PixelPoint topLeft, const QImage& image)
-{
+void ImageCanvas::draw(PixelPoint topLeft, const QImage& image) {
     QImage pixels = image;
     pixels.setDevicePixelRatio(1);
     m_painter.setCompositionMode(QPainter::CompositionMode_SourceOver);

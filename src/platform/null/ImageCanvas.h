@@ -8,8 +8,7 @@
 namespace snapvane::null {
 
 /// Draws a surface into an image with an alpha channel; what a see-through surface would show.
-class ImageCanvas : public OverlayCanvas
-{
+class ImageCanvas : public OverlayCanvas {
 public:
     /// `image` is premultiplied ARGB and has the size of the surface.
     ImageCanvas(QImage& image, double dimAmount, const QRegion& region);

@@ -9,8 +9,7 @@ namespace snapvane::null {
 namespace {
 
 /// Keeps the widget where nobody sees it.
-class NullPanel : public Panel
-{
+class NullPanel : public Panel {
 public:
     explicit NullPanel(std::unique_ptr<QWidget> content) : m_content(std::move(content)) {}
 
@@ -23,16 +22,14 @@ private:
     bool m_visible = false;
 };
 
-QImage plainPicture(const NullCapturer::Shot& shot)
-{
+QImage plainPicture(const NullCapturer::Shot& shot) {
     const PixelSize size = shot.configuration.outputSize;
     QImage image(size.width, size.height, QImage::Format_RGB32);
     image.fill(Qt::darkCyan);
     return image;
 }
 
-void throwIfSet(const std::exception_ptr& failure)
-{
+void throwIfSet(const std::exception_ptr& failure) {
     if (failure) {
         std::rethrow_exception(failure);
     }
@@ -40,16 +37,14 @@ void throwIfSet(const std::exception_ptr& failure)
 
 } // namespace
 
-QCoro::Task<ShareableContent> NullCapturer::shareableContent(ContentQuery query)
-{
+QCoro::Task<ShareableContent> NullCapturer::shareableContent(ContentQuery query) {
     queries.push_back(query);
     throwIfSet(contentFailure);
     co_return content;
 }
 
 QCoro::Task<QImage> NullCapturer::screenshot(ContentFilter filter,
-                                             StreamConfiguration configuration)
-{
+                                             StreamConfiguration configuration) {
     shots.push_back({filter, configuration});
     throwIfSet(screenshotFailure);
     co_return render ? render(shots.back()) : plainPicture(shots.back());
@@ -57,8 +52,7 @@ QCoro::Task<QImage> NullCapturer::screenshot(ContentFilter filter,
 
 NullOverlaySession::NullOverlaySession(NullOverlayHost& host, const OverlayOptions& overlayOptions,
                                        OverlayClient& overlayClient)
-    : options(overlayOptions), client(overlayClient), m_host(host)
-{
+    : options(overlayOptions), client(overlayClient), m_host(host) {
     for (const Screen& screen : options.screens) {
         QImage surface(screen.nativeSize().width, screen.nativeSize().height,
                        QImage::Format_ARGB32_Premultiplied);
@@ -68,16 +62,14 @@ NullOverlaySession::NullOverlaySession(NullOverlayHost& host, const OverlayOptio
     m_host.session = this;
 }
 
-NullOverlaySession::~NullOverlaySession()
-{
+NullOverlaySession::~NullOverlaySession() {
     m_host.session = nullptr;
     if (m_host.onClose) {
         m_host.onClose(concealed);
     }
 }
 
-void NullOverlaySession::repaint(std::size_t screenIndex, const QRegion& region)
-{
+void NullOverlaySession::repaint(std::size_t screenIndex, const QRegion& region) {
     QImage& surface = surfaces.at(screenIndex);
     const QRegion visible = region.intersected(surface.rect());
     ImageCanvas canvas(surface, options.dimAmount, visible);
@@ -85,11 +77,12 @@ void NullOverlaySession::repaint(std::size_t screenIndex, const QRegion& region)
     painted.push_back(visible);
 }
 
-void NullOverlaySession::conceal() { concealed = true; }
+void NullOverlaySession::conceal() {
+    concealed = true;
+}
 
 std::unique_ptr<OverlaySession> NullOverlayHost::open(const OverlayOptions& options,
-                                                      OverlayClient& client)
-{
+                                                      OverlayClient& client) {
     if (!capable) {
         return nullptr;
     }
@@ -97,37 +90,31 @@ std::unique_ptr<OverlaySession> NullOverlayHost::open(const OverlayOptions& opti
     return std::make_unique<NullOverlaySession>(*this, options, client);
 }
 
-QCoro::Task<> NullOverlayHost::menusClosed()
-{
+QCoro::Task<> NullOverlayHost::menusClosed() {
     ++menuWaits;
     co_return;
 }
 
-std::unique_ptr<Panel> NullPanels::create(std::unique_ptr<QWidget> content, const PanelOptions&)
-{
+std::unique_ptr<Panel> NullPanels::create(std::unique_ptr<QWidget> content, const PanelOptions&) {
     return std::make_unique<NullPanel>(std::move(content));
 }
 
-bool NullWorkspace::open(const QUrl& url)
-{
+bool NullWorkspace::open(const QUrl& url) {
     opened.push_back(url);
     return opens;
 }
 
-bool NullWorkspace::openPrivacyPanel()
-{
+bool NullWorkspace::openPrivacyPanel() {
     ++privacyPanels;
     return opens;
 }
 
-void NullLoginItem::registerItem()
-{
+void NullLoginItem::registerItem() {
     throwIfSet(failure);
     registered = true;
 }
 
-void NullLoginItem::unregisterItem()
-{
+void NullLoginItem::unregisterItem() {
     throwIfSet(failure);
     registered = false;
 }

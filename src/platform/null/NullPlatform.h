@@ -19,8 +19,7 @@
 /// program does to it can be read, what a user would do can be called. Main thread.
 namespace snapvane::null {
 
-class NullScreens : public Screens
-{
+class NullScreens : public Screens {
     Q_OBJECT
 
 public:
@@ -28,15 +27,14 @@ public:
     GlobalPoint pointerLocation() override { return pointer; }
 
     /// One screen of 1920 × 1080 points at scale 1 to begin with.
-    ScreenList screens = ScreenMapping::layOut({{1, QStringLiteral("Null"), {{0, 0}, {1920, 1080}}, 1, {}}});
+    ScreenList screens =
+        ScreenMapping::layOut({{1, QStringLiteral("Null"), {{0, 0}, {1920, 1080}}, 1, {}}});
     GlobalPoint pointer;
 };
 
-class NullCapturer : public ScreenCapturer
-{
+class NullCapturer : public ScreenCapturer {
 public:
-    struct Shot
-    {
+    struct Shot {
         ContentFilter filter;
         StreamConfiguration configuration;
     };
@@ -60,11 +58,9 @@ public:
 class NullOverlayHost;
 
 /// A session whose surfaces are images.
-class NullOverlaySession : public OverlaySession
-{
+class NullOverlaySession : public OverlaySession {
 public:
-    NullOverlaySession(NullOverlayHost& host, const OverlayOptions& options,
-                       OverlayClient& client);
+    NullOverlaySession(NullOverlayHost& host, const OverlayOptions& options, OverlayClient& client);
     ~NullOverlaySession() override;
 
     void repaint(std::size_t screenIndex, const QRegion& region) override;
@@ -81,8 +77,7 @@ private:
     NullOverlayHost& m_host;
 };
 
-class NullOverlayHost : public OverlayHost
-{
+class NullOverlayHost : public OverlayHost {
 public:
     std::unique_ptr<OverlaySession> open(const OverlayOptions& options,
                                          OverlayClient& client) override;
@@ -97,23 +92,20 @@ public:
     int menuWaits = 0;
 };
 
-class NullPanels : public Panels
-{
+class NullPanels : public Panels {
 public:
     std::unique_ptr<Panel> create(std::unique_ptr<QWidget> content,
                                   const PanelOptions& options) override;
 };
 
-class NullPasteboard : public Pasteboard
-{
+class NullPasteboard : public Pasteboard {
 public:
     void write(const PasteboardContents& contents) override { writes.push_back(contents); }
 
     std::vector<PasteboardContents> writes;
 };
 
-class NullWorkspace : public Workspace
-{
+class NullWorkspace : public Workspace {
 public:
     bool open(const QUrl& url) override;
     bool openPrivacyPanel() override;
@@ -125,8 +117,7 @@ public:
     int beeps = 0;
 };
 
-class NullLoginItem : public LoginItem
-{
+class NullLoginItem : public LoginItem {
 public:
     void registerItem() override;
     void unregisterItem() override;
@@ -136,8 +127,7 @@ public:
     std::exception_ptr failure;
 };
 
-class NullTrayHost : public TrayHost
-{
+class NullTrayHost : public TrayHost {
     Q_OBJECT
 
 public:
@@ -146,8 +136,7 @@ public:
     bool present = false;
 };
 
-class NullPlatform : public Platform
-{
+class NullPlatform : public Platform {
 public:
     QString name() const override { return QStringLiteral("null"); }
     NullScreens& screens() override { return m_screens; }

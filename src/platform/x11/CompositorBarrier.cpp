@@ -19,8 +19,7 @@ constexpr auto patience = std::chrono::milliseconds(150);
 constexpr auto pollInterval = std::chrono::milliseconds(1);
 constexpr std::uint32_t colorBits = 0x00ffffff;
 
-std::optional<std::uint32_t> pixelAt(const Server& server, DevicePoint position)
-{
+std::optional<std::uint32_t> pixelAt(const Server& server, DevicePoint position) {
     const auto cookie = xcb_get_image(server.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, server.root(),
                                       static_cast<std::int16_t>(position.x),
                                       static_cast<std::int16_t>(position.y), 1, 1, ~0U);
@@ -37,33 +36,29 @@ std::optional<std::uint32_t> pixelAt(const Server& server, DevicePoint position)
 
 /// A one-pixel window of one colour, gone with the object. It has an alpha channel where the screen
 /// offers one, so that it can be made invisible without a compositor fading it out.
-class Probe
-{
+class Probe {
 public:
     Probe(const Server& server, DevicePoint position, std::uint32_t color)
-        : m_server(server), m_window(xcb_generate_id(server.connection))
-    {
+        : m_server(server), m_window(xcb_generate_id(server.connection)) {
         const xcb_visualid_t argb = argbVisual(server);
         const bool alpha = argb != XCB_NONE;
         m_colormap = xcb_generate_id(server.connection);
         xcb_create_colormap(server.connection, XCB_COLORMAP_ALLOC_NONE, m_colormap, server.root(),
                             alpha ? argb : server.screen->root_visual);
         const std::array<std::uint32_t, 4> values = {0xff000000U | color, 0, 1, m_colormap};
-        xcb_create_window(server.connection,
-                          alpha ? std::uint8_t{32} : std::uint8_t{XCB_COPY_FROM_PARENT}, m_window,
-                          server.root(), static_cast<std::int16_t>(position.x),
-                          static_cast<std::int16_t>(position.y), 1, 1, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, alpha ? argb : XCB_COPY_FROM_PARENT,
-                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                              XCB_CW_COLORMAP,
-                          values.data());
+        xcb_create_window(
+            server.connection, alpha ? std::uint8_t{32} : std::uint8_t{XCB_COPY_FROM_PARENT},
+            m_window, server.root(), static_cast<std::int16_t>(position.x),
+            static_cast<std::int16_t>(position.y), 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+            alpha ? argb : XCB_COPY_FROM_PARENT,
+            XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
+            values.data());
         setWindowIdentity(server, m_window, "Snapvane Probe");
         xcb_map_window(server.connection, m_window);
         xcb_flush(server.connection);
     }
 
-    ~Probe()
-    {
+    ~Probe() {
         xcb_destroy_window(m_server.connection, m_window);
         xcb_free_colormap(m_server.connection, m_colormap);
         xcb_flush(m_server.connection);
@@ -72,8 +67,7 @@ public:
     Probe(const Probe&) = delete;
     Probe& operator=(const Probe&) = delete;
 
-    void makeTransparent() const
-    {
+    void makeTransparent() const {
         const std::uint32_t transparent = 0;
         xcb_change_window_attributes(m_server.connection, m_window, XCB_CW_BACK_PIXEL,
                                      &transparent);
@@ -89,8 +83,7 @@ private:
 
 /// Looks at the pixel until it is, or is no longer, the colour; false when time ran out.
 bool waitForPixel(const Server& server, DevicePoint position, std::uint32_t color, bool shown,
-                  Clock::time_point deadline)
-{
+                  Clock::time_point deadline) {
     while (Clock::now() < deadline) {
         const auto pixel = pixelAt(server, position);
         if (!pixel || (*pixel == color) == shown) {
@@ -103,8 +96,8 @@ bool waitForPixel(const Server& server, DevicePoint position, std::uint32_t colo
 
 } // namespace
 
-std::optional<ProbePlace> probePlace(const DeviceRect& area, const std::vector<DeviceRect>& screens)
-{
+std::optional<ProbePlace> probePlace(const DeviceRect& area,
+                                     const std::vector<DeviceRect>& screens) {
     for (const DeviceRect& screen : screens) {
         const int left = screen.origin.x;
         const int top = screen.origin.y;
@@ -124,8 +117,7 @@ std::optional<ProbePlace> probePlace(const DeviceRect& area, const std::vector<D
 }
 
 void passCompositorBarrier(const Server& server, const DeviceRect& area,
-                           const std::vector<DeviceRect>& screens)
-{
+                           const std::vector<DeviceRect>& screens) {
     const auto place = probePlace(area, screens);
     if (!place || !hasCompositor(server)) {
         roundTrip(server);

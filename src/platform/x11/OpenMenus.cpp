@@ -8,14 +8,12 @@ namespace snapvane::x11 {
 
 namespace {
 
-struct Inquiry
-{
+struct Inquiry {
     xcb_get_window_attributes_cookie_t attributes;
     xcb_get_geometry_cookie_t geometry;
 };
 
-std::optional<DevicePoint> pointerPosition(const Server& server)
-{
+std::optional<DevicePoint> pointerPosition(const Server& server) {
     const auto cookie = xcb_query_pointer(server.connection, server.root());
     const auto reply = owned(xcb_query_pointer_reply(server.connection, cookie, nullptr));
     if (!reply || reply->same_screen == 0) {
@@ -25,8 +23,7 @@ std::optional<DevicePoint> pointerPosition(const Server& server)
 }
 
 /// Asks about all windows first and reads the answers after, so that it takes one round trip.
-std::vector<Inquiry> inquireChildren(const Server& server)
-{
+std::vector<Inquiry> inquireChildren(const Server& server) {
     std::vector<Inquiry> inquiries;
     const auto cookie = xcb_query_tree(server.connection, server.root());
     const auto tree = owned(xcb_query_tree_reply(server.connection, cookie, nullptr));
@@ -41,8 +38,7 @@ std::vector<Inquiry> inquireChildren(const Server& server)
     return inquiries;
 }
 
-bool coversScreen(const DeviceRect& window, const std::vector<DeviceRect>& screens)
-{
+bool coversScreen(const DeviceRect& window, const std::vector<DeviceRect>& screens) {
     return std::any_of(screens.begin(), screens.end(), [&window](const DeviceRect& screen) {
         const DevicePoint last = {screen.origin.x + screen.size.width - 1,
                                   screen.origin.y + screen.size.height - 1};
@@ -51,10 +47,9 @@ bool coversScreen(const DeviceRect& window, const std::vector<DeviceRect>& scree
 }
 
 /// The window's area when it could be a menu.
-std::optional<DeviceRect> menuArea(const Server& server, const Inquiry& inquiry)
-{
-    const auto attributes = owned(
-        xcb_get_window_attributes_reply(server.connection, inquiry.attributes, nullptr));
+std::optional<DeviceRect> menuArea(const Server& server, const Inquiry& inquiry) {
+    const auto attributes =
+        owned(xcb_get_window_attributes_reply(server.connection, inquiry.attributes, nullptr));
     const auto geometry =
         owned(xcb_get_geometry_reply(server.connection, inquiry.geometry, nullptr));
     if (!attributes || !geometry || attributes->override_redirect == 0 ||
@@ -67,15 +62,14 @@ std::optional<DeviceRect> menuArea(const Server& server, const Inquiry& inquiry)
 
 } // namespace
 
-bool isMenuAtPointer(const Server& server, const std::vector<DeviceRect>& screens)
-{
+bool isMenuAtPointer(const Server& server, const std::vector<DeviceRect>& screens) {
     const auto pointer = pointerPosition(server);
     bool found = false;
     // Every answer is read, also once one has been found, since each has to be freed.
     for (const Inquiry& inquiry : inquireChildren(server)) {
         const auto area = menuArea(server, inquiry);
-        found = found || (area && pointer && area->contains(*pointer) &&
-                          !coversScreen(*area, screens));
+        found =
+            found || (area && pointer && area->contains(*pointer) && !coversScreen(*area, screens));
     }
     return found;
 }

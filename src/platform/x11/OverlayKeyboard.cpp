@@ -18,8 +18,7 @@ constexpr int symbolsPerGroup = 2;
 
 } // namespace
 
-OverlayKeyboard::OverlayKeyboard(const Server& server) : m_server(server)
-{
+OverlayKeyboard::OverlayKeyboard(const Server& server) : m_server(server) {
     const xcb_setup_t* setup = xcb_get_setup(server.connection);
     m_firstKeyCode = setup->min_keycode;
     m_cookie = xcb_get_keyboard_mapping(
@@ -27,30 +26,26 @@ OverlayKeyboard::OverlayKeyboard(const Server& server) : m_server(server)
         static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1));
 }
 
-OverlayKeyboard::~OverlayKeyboard()
-{
+OverlayKeyboard::~OverlayKeyboard() {
     if (m_asked) {
         xcb_discard_reply(m_server.connection, m_cookie.sequence);
     }
 }
 
 OverlayKeyEvent OverlayKeyboard::translate(std::uint32_t keyCode, std::uint32_t modifiers,
-                                           std::uint8_t group)
-{
+                                           std::uint8_t group) {
     OverlayKeyEvent event;
     event.keyCode = keyCode == serverEscapeKey ? storedEscapeKey : -1;
     const xcb_keysym_t symbol = keySymbol(keyCode, group);
     const bool superHeld = (modifiers & XCB_MOD_MASK_4) != 0;
-    event.isCancelCommand = symbol == escapeSymbol || symbol == cancelSymbol ||
-                            (symbol == periodSymbol && superHeld);
+    event.isCancelCommand =
+        symbol == escapeSymbol || symbol == cancelSymbol || (symbol == periodSymbol && superHeld);
     return event;
 }
 
-xcb_keysym_t OverlayKeyboard::keySymbol(std::uint32_t keyCode, std::uint8_t group)
-{
+xcb_keysym_t OverlayKeyboard::keySymbol(std::uint32_t keyCode, std::uint8_t group) {
     if (m_asked) {
-        m_mapping = owned(
-            xcb_get_keyboard_mapping_reply(m_server.connection, m_cookie, nullptr));
+        m_mapping = owned(xcb_get_keyboard_mapping_reply(m_server.connection, m_cookie, nullptr));
         m_asked = false;
     }
     if (!m_mapping || keyCode < m_firstKeyCode) {

@@ -9,10 +9,10 @@
 
 namespace snapvane::x11 {
 
-/// Tells what a key press means to a selection: its hardware code, and whether it is a cancel command
-/// in the layout in force, as with a key that the user has remapped to Escape. Owned by a session.
-class OverlayKeyboard
-{
+/// Tells what a key press means to a selection: its hardware code, and whether it is a cancel
+/// command in the layout in force, as with a key that the user has remapped to Escape. Owned by a
+/// session.
+class OverlayKeyboard {
 public:
     /// Asks for the layout; the answer is read when the first key comes.
     explicit OverlayKeyboard(const Server& server);
@@ -29,7 +29,7 @@ private:
     Server m_server;
     std::uint8_t m_firstKeyCode;
     bool m_asked = true;
-    xcb_get_keyboard_mapping_cookie_t m_cookie;
+    xcb_get_keyboard_mapping_cookie_t m_cookie = {};
     Owned<xcb_get_keyboard_mapping_reply_t> m_mapping;
 };
 

@@ -6,8 +6,7 @@ namespace snapvane::x11 {
 
 namespace {
 
-const xcb_format_t* formatForDepth(const xcb_setup_t* setup, int depth)
-{
+const xcb_format_t* formatForDepth(const xcb_setup_t* setup, int depth) {
     const xcb_format_t* formats = xcb_setup_pixmap_formats(setup);
     for (int i = 0; i < xcb_setup_pixmap_formats_length(setup); ++i) {
         if (formats[i].depth == depth) {
@@ -17,8 +16,7 @@ const xcb_format_t* formatForDepth(const xcb_setup_t* setup, int depth)
     return nullptr;
 }
 
-const xcb_visualtype_t* visualWithId(const xcb_screen_t* screen, xcb_visualid_t id)
-{
+const xcb_visualtype_t* visualWithId(const xcb_screen_t* screen, xcb_visualid_t id) {
     auto depths = xcb_screen_allowed_depths_iterator(screen);
     for (; depths.rem > 0; xcb_depth_next(&depths)) {
         auto visuals = xcb_depth_visuals_iterator(depths.data);
@@ -31,8 +29,7 @@ const xcb_visualtype_t* visualWithId(const xcb_screen_t* screen, xcb_visualid_t 
     return nullptr;
 }
 
-std::uint32_t readPixel(const std::uint8_t* bytes, int count, bool mostSignificantFirst)
-{
+std::uint32_t readPixel(const std::uint8_t* bytes, int count, bool mostSignificantFirst) {
     std::uint32_t pixel = 0;
     for (int i = 0; i < count; ++i) {
         const int shift = 8 * (mostSignificantFirst ? count - 1 - i : i);
@@ -41,8 +38,7 @@ std::uint32_t readPixel(const std::uint8_t* bytes, int count, bool mostSignifica
     return pixel;
 }
 
-std::uint32_t channel(std::uint32_t pixel, std::uint32_t mask)
-{
+std::uint32_t channel(std::uint32_t pixel, std::uint32_t mask) {
     if (mask == 0) {
         return 0;
     }
@@ -54,21 +50,18 @@ std::uint32_t channel(std::uint32_t pixel, std::uint32_t mask)
 
 } // namespace
 
-int PixelLayout::bytesPerLine(int width) const
-{
+int PixelLayout::bytesPerLine(int width) const {
     const int pad = scanlinePad > 0 ? scanlinePad : 8;
     return (width * bitsPerPixel + pad - 1) / pad * (pad / 8);
 }
 
-bool PixelLayout::isNativeRgb32() const
-{
+bool PixelLayout::isNativeRgb32() const {
     constexpr bool bigEndian = std::endian::native == std::endian::big;
     return bitsPerPixel == 32 && mostSignificantByteFirst == bigEndian && redMask == 0xff0000 &&
            greenMask == 0x00ff00 && blueMask == 0x0000ff;
 }
 
-PixelLayout rootPixelLayout(const Server& server)
-{
+PixelLayout rootPixelLayout(const Server& server) {
     PixelLayout layout;
     const xcb_setup_t* setup = xcb_get_setup(server.connection);
     layout.depth = server.screen->root_depth;
@@ -85,10 +78,9 @@ PixelLayout rootPixelLayout(const Server& server)
     return layout;
 }
 
-QImage rgb32FromPixels(const std::uint8_t* data, int width, int height, const PixelLayout& layout)
-{
-    const bool wholeBytes = layout.bitsPerPixel % 8 == 0 && layout.bitsPerPixel > 0 &&
-                            layout.bitsPerPixel <= 32;
+QImage rgb32FromPixels(const std::uint8_t* data, int width, int height, const PixelLayout& layout) {
+    const bool wholeBytes =
+        layout.bitsPerPixel % 8 == 0 && layout.bitsPerPixel > 0 && layout.bitsPerPixel <= 32;
     if (!wholeBytes || layout.redMask == 0 || layout.greenMask == 0 || layout.blueMask == 0) {
         return {};
     }

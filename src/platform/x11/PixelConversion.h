@@ -9,8 +9,7 @@
 namespace snapvane::x11 {
 
 /// How the server stores the pixels of the root window.
-struct PixelLayout
-{
+struct PixelLayout {
     int depth = 0;
     int bitsPerPixel = 0;
     int scanlinePad = 0;
@@ -29,8 +28,9 @@ struct PixelLayout
 
 PixelLayout rootPixelLayout(const Server& server);
 
-/// Copies pixels of any true-colour layout of 8, 16, 24 or 32 bits a pixel into an RGB32 image; each
-/// channel is widened to 8 bits so that its largest value becomes 255. Null for other layouts. Pure.
+/// Copies pixels of any true-colour layout of 8, 16, 24 or 32 bits a pixel into an RGB32 image;
+/// each channel is widened to 8 bits so that its largest value becomes 255. Null for other layouts.
+/// Pure.
 QImage rgb32FromPixels(const std::uint8_t* data, int width, int height, const PixelLayout& layout);
 
 } // namespace snapvane::x11

@@ -10,22 +10,19 @@ namespace {
 
 constexpr std::uint32_t plentyOfWords = 4096;
 
-bool overlaps(int start, int length, std::uint32_t from, std::uint32_t to)
-{
+bool overlaps(int start, int length, std::uint32_t from, std::uint32_t to) {
     return static_cast<long long>(start) <= static_cast<long long>(to) &&
            static_cast<long long>(start) + length > static_cast<long long>(from);
 }
 
 /// How much of the screen is taken when `reach` pixels from an edge are, of which `before` lie
 /// outside the screen. A claim that reaches right across the screen is meant for one behind it.
-int taken(std::uint32_t reach, int before, int length)
-{
+int taken(std::uint32_t reach, int before, int length) {
     const auto into = static_cast<long long>(reach) - before;
     return into > 0 && into < length ? static_cast<int>(into) : 0;
 }
 
-Owned<xcb_get_property_reply_t> property(const Server& server, xcb_get_property_cookie_t cookie)
-{
+Owned<xcb_get_property_reply_t> property(const Server& server, xcb_get_property_cookie_t cookie) {
     auto reply = owned(xcb_get_property_reply(server.connection, cookie, nullptr));
     if (!reply || reply->format != 32) {
         return nullptr;
@@ -33,23 +30,20 @@ Owned<xcb_get_property_reply_t> property(const Server& server, xcb_get_property_
     return reply;
 }
 
-std::vector<xcb_window_t> managedWindows(const Server& server)
-{
-    const auto reply = property(
-        server, xcb_get_property(server.connection, 0, server.root(),
-                                 atom(server, "_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0,
-                                 plentyOfWords));
+std::vector<xcb_window_t> managedWindows(const Server& server) {
+    const auto reply = property(server, xcb_get_property(server.connection, 0, server.root(),
+                                                         atom(server, "_NET_CLIENT_LIST"),
+                                                         XCB_ATOM_WINDOW, 0, plentyOfWords));
     if (!reply) {
         return {};
     }
     const auto* windows = static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
-    const auto count = static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) /
-                       sizeof(xcb_window_t);
+    const auto count =
+        static_cast<std::size_t>(xcb_get_property_value_length(reply.get())) / sizeof(xcb_window_t);
     return {windows, windows + count};
 }
 
-std::optional<Strut> strutFrom(const xcb_get_property_reply_t& reply)
-{
+std::optional<Strut> strutFrom(const xcb_get_property_reply_t& reply) {
     const auto count = static_cast<std::size_t>(xcb_get_property_value_length(&reply)) / 4;
     if (count < Strut::FieldCount) {
         return std::nullopt;
@@ -60,13 +54,12 @@ std::optional<Strut> strutFrom(const xcb_get_property_reply_t& reply)
     return strut;
 }
 
-std::vector<Strut> struts(const Server& server)
-{
+std::vector<Strut> struts(const Server& server) {
     std::vector<xcb_get_property_cookie_t> cookies;
     const xcb_atom_t partial = atom(server, "_NET_WM_STRUT_PARTIAL");
     for (const xcb_window_t window : managedWindows(server)) {
-        cookies.push_back(xcb_get_property(server.connection, 0, window, partial,
-                                           XCB_ATOM_CARDINAL, 0, Strut::FieldCount));
+        cookies.push_back(xcb_get_property(server.connection, 0, window, partial, XCB_ATOM_CARDINAL,
+                                           0, Strut::FieldCount));
     }
     std::vector<Strut> result;
     for (const auto cookie : cookies) {
@@ -79,8 +72,7 @@ std::vector<Strut> struts(const Server& server)
     return result;
 }
 
-PixelSize rootSize(const Server& server)
-{
+PixelSize rootSize(const Server& server) {
     const auto reply = owned(xcb_get_geometry_reply(
         server.connection, xcb_get_geometry(server.connection, server.root()), nullptr));
     return reply ? PixelSize{reply->width, reply->height} : PixelSize{};
@@ -89,8 +81,7 @@ PixelSize rootSize(const Server& server)
 } // namespace
 
 ScreenMapping::NativeScreen::Reserved reservedBy(const Strut& strut, const DeviceRect& screen,
-                                                 PixelSize root)
-{
+                                                 PixelSize root) {
     const auto& f = strut.fields;
     const int x = screen.origin.x;
     const int y = screen.origin.y;
@@ -112,8 +103,7 @@ ScreenMapping::NativeScreen::Reserved reservedBy(const Strut& strut, const Devic
     return reserved;
 }
 
-void reserveDockEdges(const Server& server, std::vector<ScreenMapping::NativeScreen>& screens)
-{
+void reserveDockEdges(const Server& server, std::vector<ScreenMapping::NativeScreen>& screens) {
     const PixelSize root = rootSize(server);
     for (const Strut& strut : struts(server)) {
         for (auto& screen : screens) {

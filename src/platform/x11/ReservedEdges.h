@@ -8,10 +8,9 @@
 
 namespace snapvane::x11 {
 
-/// A dock's claim on the edges of the X screen, as in the property _NET_WM_STRUT_PARTIAL: how far it
-/// reaches in from each edge, and over which span of that edge (both ends included).
-struct Strut
-{
+/// A dock's claim on the edges of the X screen, as in the property _NET_WM_STRUT_PARTIAL: how far
+/// it reaches in from each edge, and over which span of that edge (both ends included).
+struct Strut {
     enum Field {
         Left,
         Right,

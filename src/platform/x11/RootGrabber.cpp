@@ -11,16 +11,14 @@ namespace {
 
 constexpr std::uint32_t allPlanes = ~0U;
 
-PlatformError refused()
-{
+PlatformError refused() {
     return PlatformError(translated("The display server did not let the screen be read."));
 }
 
 } // namespace
 
 /// Shared with the images that use a segment, so that the connection outlives them.
-struct RootGrabber::Resources
-{
+struct RootGrabber::Resources {
     std::unique_ptr<OwnConnection> connection;
     PixelLayout layout;
     bool hasSharedMemory = false;
@@ -32,14 +30,11 @@ struct RootGrabber::Resources
 namespace {
 
 /// What an image that lies in a segment holds on to.
-template<typename Resources>
-struct Lease
-{
+template <typename Resources> struct Lease {
     std::shared_ptr<Resources> resources;
     std::unique_ptr<SharedSegment> segment;
 
-    static void end(void* lease)
-    {
+    static void end(void* lease) {
         const std::unique_ptr<Lease> ended(static_cast<Lease*>(lease));
         ended->resources->segments.giveBack(std::move(ended->segment));
     }
@@ -49,16 +44,14 @@ struct Lease
 
 RootGrabber::RootGrabber() = default;
 
-RootGrabber::~RootGrabber()
-{
+RootGrabber::~RootGrabber() {
     if (m_resources) {
         // A segment has to be detached while there is a connection.
         m_resources->segments.trim(false);
     }
 }
 
-QImage RootGrabber::grab(const DeviceRect& area, const std::vector<DeviceRect>& screens)
-{
+QImage RootGrabber::grab(const DeviceRect& area, const std::vector<DeviceRect>& screens) {
     const std::scoped_lock lock(m_mutex);
     const auto resources = connected();
     passCompositorBarrier(resources->server(), area, screens);
@@ -67,22 +60,19 @@ QImage RootGrabber::grab(const DeviceRect& area, const std::vector<DeviceRect>& 
                : grabBySocket(*resources, area);
 }
 
-void RootGrabber::waitForGlass(const std::vector<DeviceRect>& screens)
-{
+void RootGrabber::waitForGlass(const std::vector<DeviceRect>& screens) {
     const std::scoped_lock lock(m_mutex);
     passCompositorBarrier(connected()->server(), {}, screens);
 }
 
-void RootGrabber::trim()
-{
+void RootGrabber::trim() {
     const std::scoped_lock lock(m_mutex);
     if (m_resources) {
         m_resources->segments.trim();
     }
 }
 
-std::shared_ptr<RootGrabber::Resources> RootGrabber::connected()
-{
+std::shared_ptr<RootGrabber::Resources> RootGrabber::connected() {
     if (m_resources && !m_resources->connection->isBroken()) {
         return m_resources;
     }
@@ -97,8 +87,8 @@ std::shared_ptr<RootGrabber::Resources> RootGrabber::connected()
     return m_resources;
 }
 
-QImage RootGrabber::grabShared(const std::shared_ptr<Resources>& resources, const DeviceRect& area)
-{
+QImage RootGrabber::grabShared(const std::shared_ptr<Resources>& resources,
+                               const DeviceRect& area) {
     const Server& server = resources->server();
     const int stride = resources->layout.bytesPerLine(area.size.width);
     const auto size = static_cast<std::size_t>(stride) * static_cast<std::size_t>(area.size.height);
@@ -124,21 +114,20 @@ QImage RootGrabber::grabShared(const std::shared_ptr<Resources>& resources, cons
                   &Lease<Resources>::end, lease);
 }
 
-QImage RootGrabber::grabBySocket(const Resources& resources, const DeviceRect& area)
-{
+QImage RootGrabber::grabBySocket(const Resources& resources, const DeviceRect& area) {
     const Server& server = resources.server();
-    const auto cookie = xcb_get_image(
-        server.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, server.root(),
-        static_cast<std::int16_t>(area.origin.x), static_cast<std::int16_t>(area.origin.y),
-        static_cast<std::uint16_t>(area.size.width), static_cast<std::uint16_t>(area.size.height),
-        allPlanes);
+    const auto cookie = xcb_get_image(server.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, server.root(),
+                                      static_cast<std::int16_t>(area.origin.x),
+                                      static_cast<std::int16_t>(area.origin.y),
+                                      static_cast<std::uint16_t>(area.size.width),
+                                      static_cast<std::uint16_t>(area.size.height), allPlanes);
     xcb_generic_error_t* error = nullptr;
     const auto reply = owned(xcb_get_image_reply(server.connection, cookie, &error));
     const auto ownedError = owned(error);
     if (!reply) {
         throw refused();
     }
-    const QImage image = rgb32FromPixels(xcb_get_image_data(reply.get()), area.size.width,
+    QImage image = rgb32FromPixels(xcb_get_image_data(reply.get()), area.size.width,
                                          area.size.height, resources.layout);
     if (image.isNull()) {
         throw PlatformError(translated("The display's pixel format is not supported."));

@@ -12,10 +12,9 @@
 
 namespace snapvane::x11 {
 
-/// Reads pixels of the live screen, the pointer left out, through a connection of its own, so that it
-/// can work on any thread. Owned by X11Capturer.
-class RootGrabber
-{
+/// Reads pixels of the live screen, the pointer left out, through a connection of its own, so that
+/// it can work on any thread. Owned by X11Capturer.
+class RootGrabber {
 public:
     RootGrabber();
     ~RootGrabber();

@@ -12,8 +12,7 @@ namespace snapvane::x11 {
 namespace {
 
 /// An anonymous file of the size, or −1.
-int memoryFile(std::size_t size)
-{
+int memoryFile(std::size_t size) {
     const int file = memfd_create("snapvane-grab", MFD_CLOEXEC);
     if (file >= 0 && ftruncate(file, static_cast<off_t>(size)) != 0) {
         close(file);
@@ -24,8 +23,7 @@ int memoryFile(std::size_t size)
 
 } // namespace
 
-std::unique_ptr<SharedSegment> SharedSegment::attach(const Server& server, std::size_t size)
-{
+std::unique_ptr<SharedSegment> SharedSegment::attach(const Server& server, std::size_t size) {
     const int file = memoryFile(size);
     if (file < 0) {
         return nullptr;
@@ -48,19 +46,15 @@ std::unique_ptr<SharedSegment> SharedSegment::attach(const Server& server, std::
 
 SharedSegment::SharedSegment(xcb_connection_t* connection, xcb_shm_seg_t id, std::uint8_t* data,
                              std::size_t size)
-    : m_connection(connection), m_id(id), m_data(data), m_size(size)
-{
-}
+    : m_connection(connection), m_id(id), m_data(data), m_size(size) {}
 
-SharedSegment::~SharedSegment()
-{
+SharedSegment::~SharedSegment() {
     xcb_shm_detach(m_connection, m_id);
     xcb_flush(m_connection);
     munmap(m_data, m_size);
 }
 
-std::unique_ptr<SharedSegment> SegmentPool::take(const Server& server, std::size_t size)
-{
+std::unique_ptr<SharedSegment> SegmentPool::take(const Server& server, std::size_t size) {
     {
         const std::scoped_lock lock(m_mutex);
         if (m_idle && m_idle->size() >= size) {
@@ -71,8 +65,7 @@ std::unique_ptr<SharedSegment> SegmentPool::take(const Server& server, std::size
     return SharedSegment::attach(server, size);
 }
 
-void SegmentPool::giveBack(std::unique_ptr<SharedSegment> segment)
-{
+void SegmentPool::giveBack(std::unique_ptr<SharedSegment> segment) {
     const std::scoped_lock lock(m_mutex);
     const bool larger = !m_idle || m_idle->size() < segment->size();
     if (m_keeping && larger) {
@@ -80,8 +73,7 @@ void SegmentPool::giveBack(std::unique_ptr<SharedSegment> segment)
     }
 }
 
-void SegmentPool::trim(bool keep)
-{
+void SegmentPool::trim(bool keep) {
     const std::scoped_lock lock(m_mutex);
     m_idle.reset();
     m_keeping = keep;

@@ -16,8 +16,7 @@ namespace snapvane::x11 {
 /// Memory that the X server writes into directly. Attaching one costs several times as much as a
 /// grab, so segments are kept and used again; see SegmentPool. Lives at most as long as the
 /// connection it was attached on.
-class SharedSegment
-{
+class SharedSegment {
 public:
     /// Null when the server cannot attach memory of ours, as over a network.
     static std::unique_ptr<SharedSegment> attach(const Server& server, std::size_t size);
@@ -41,8 +40,7 @@ private:
 
 /// Keeps the segment of the last grab for the next one. A segment that an image still uses is not
 /// in the pool, so that grabs that overlap never write over each other. Any thread.
-class SegmentPool
-{
+class SegmentPool {
 public:
     /// A segment of at least the size; null when none can be had.
     std::unique_ptr<SharedSegment> take(const Server& server, std::size_t size);

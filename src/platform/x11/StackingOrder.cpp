@@ -7,28 +7,24 @@ namespace snapvane::x11::StackingOrder {
 
 namespace {
 
-struct Entry
-{
+struct Entry {
     xcb_window_t window;
     int level;
 };
 
 /// Lowest level first; within a level the window raised last stands last.
-std::vector<Entry>& entries()
-{
+std::vector<Entry>& entries() {
     static std::vector<Entry> order;
     return order;
 }
 
 } // namespace
 
-void raise(const Server& server, xcb_window_t window, int level)
-{
+void raise(const Server& server, xcb_window_t window, int level) {
     remove(window);
     auto& order = entries();
-    const auto above = std::find_if(order.begin(), order.end(), [level](const Entry& entry) {
-        return entry.level > level;
-    });
+    const auto above = std::find_if(order.begin(), order.end(),
+                                    [level](const Entry& entry) { return entry.level > level; });
     const auto raised = order.insert(above, {window, level});
     // Everything above it follows, so that the order among our own stays.
     for (auto entry = raised; entry != order.end(); ++entry) {
@@ -37,8 +33,7 @@ void raise(const Server& server, xcb_window_t window, int level)
     }
 }
 
-void remove(xcb_window_t window)
-{
+void remove(xcb_window_t window) {
     std::erase_if(entries(), [window](const Entry& entry) { return entry.window == window; });
 }
 

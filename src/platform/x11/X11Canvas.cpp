@@ -6,8 +6,7 @@ namespace snapvane::x11 {
 
 namespace {
 
-bool isArgb(const xcb_render_pictforminfo_t& format)
-{
+bool isArgb(const xcb_render_pictforminfo_t& format) {
     return format.type == XCB_RENDER_PICT_TYPE_DIRECT && format.depth == 32 &&
            format.direct.alpha_mask == 0xff && format.direct.alpha_shift == 24 &&
            format.direct.red_shift == 16 && format.direct.green_shift == 8 &&
@@ -15,8 +14,7 @@ bool isArgb(const xcb_render_pictforminfo_t& format)
 }
 
 xcb_render_pictformat_t formatOfVisual(const xcb_render_query_pict_formats_reply_t* reply,
-                                       xcb_visualid_t visual)
-{
+                                       xcb_visualid_t visual) {
     auto screens = xcb_render_query_pict_formats_screens_iterator(reply);
     for (; screens.rem > 0; xcb_render_pictscreen_next(&screens)) {
         auto depths = xcb_render_pictscreen_depths_iterator(screens.data);
@@ -32,8 +30,7 @@ xcb_render_pictformat_t formatOfVisual(const xcb_render_query_pict_formats_reply
     return XCB_NONE;
 }
 
-RenderFormats queryFormats(const Server& server)
-{
+RenderFormats queryFormats(const Server& server) {
     RenderFormats formats;
     if (!hasExtension(server, &xcb_render_id)) {
         return formats;
@@ -54,27 +51,23 @@ RenderFormats queryFormats(const Server& server)
     return formats;
 }
 
-xcb_rectangle_t rectangle(const PixelRect& area)
-{
+xcb_rectangle_t rectangle(const PixelRect& area) {
     return {static_cast<std::int16_t>(area.x), static_cast<std::int16_t>(area.y),
             static_cast<std::uint16_t>(area.width), static_cast<std::uint16_t>(area.height)};
 }
 
-std::uint16_t premultiplied(float channel, float alpha)
-{
+std::uint16_t premultiplied(float channel, float alpha) {
     return static_cast<std::uint16_t>(std::lround(channel * alpha * 0xffff));
 }
 
 } // namespace
 
-const RenderFormats& RenderFormats::of(const Server& server)
-{
+const RenderFormats& RenderFormats::of(const Server& server) {
     static const RenderFormats formats = queryFormats(server);
     return formats;
 }
 
-std::vector<xcb_rectangle_t> rectanglesOf(const QRegion& region)
-{
+std::vector<xcb_rectangle_t> rectanglesOf(const QRegion& region) {
     std::vector<xcb_rectangle_t> rectangles;
     rectangles.reserve(static_cast<std::size_t>(region.rectCount()));
     for (const QRect& rect : region) {
@@ -85,15 +78,13 @@ std::vector<xcb_rectangle_t> rectanglesOf(const QRegion& region)
 
 X11Canvas::X11Canvas(const Server& server, xcb_render_picture_t target,
                      const CanvasBackdrop& backdrop, const QRegion& region)
-    : m_server(server), m_target(target), m_backdrop(backdrop)
-{
+    : m_server(server), m_target(target), m_backdrop(backdrop) {
     const auto clip = rectanglesOf(region);
     xcb_render_set_picture_clip_rectangles(server.connection, target, 0, 0,
                                            static_cast<std::uint32_t>(clip.size()), clip.data());
 }
 
-void X11Canvas::veil(const PixelRect& area)
-{
+void X11Canvas::veil(const PixelRect& area) {
     if (m_backdrop.veiled != XCB_NONE) {
         source(m_backdrop.veiled, area);
     } else {
@@ -103,8 +94,7 @@ void X11Canvas::veil(const PixelRect& area)
     }
 }
 
-void X11Canvas::clear(const PixelRect& area)
-{
+void X11Canvas::clear(const PixelRect& area) {
     if (m_backdrop.plain != XCB_NONE) {
         source(m_backdrop.plain, area);
     } else {
@@ -112,16 +102,14 @@ void X11Canvas::clear(const PixelRect& area)
     }
 }
 
-void X11Canvas::fill(const PixelRect& area, const QColor& color)
-{
+void X11Canvas::fill(const PixelRect& area, const QColor& color) {
     const float alpha = color.alphaF();
     fillWith(XCB_RENDER_PICT_OP_OVER, area,
              {premultiplied(color.redF(), alpha), premultiplied(color.greenF(), alpha),
               premultiplied(color.blueF(), alpha), premultiplied(1, alpha)});
 }
 
-void X11Canvas::draw(PixelPoint topLeft, const QImage& image)
-{
+void X11Canvas::draw(PixelPoint topLeft, const QImage& image) {
     if (image.isNull()) {
         return;
     }
@@ -146,16 +134,14 @@ void X11Canvas::draw(PixelPoint topLeft, const QImage& image)
     xcb_free_pixmap(connection, pixmap);
 }
 
-void X11Canvas::source(xcb_render_picture_t picture, const PixelRect& area)
-{
+void X11Canvas::source(xcb_render_picture_t picture, const PixelRect& area) {
     const xcb_rectangle_t to = rectangle(area);
     xcb_render_composite(m_server.connection, XCB_RENDER_PICT_OP_SRC, picture, XCB_NONE, m_target,
                          to.x, to.y, 0, 0, to.x, to.y, to.width, to.height);
 }
 
 void X11Canvas::fillWith(std::uint8_t operation, const PixelRect& area,
-                         const xcb_render_color_t& color)
-{
+                         const xcb_render_color_t& color) {
     const xcb_rectangle_t to = rectangle(area);
     xcb_render_fill_rectangles(m_server.connection, operation, m_target, color, 1, &to);
 }

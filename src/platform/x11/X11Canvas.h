@@ -11,8 +11,7 @@
 namespace snapvane::x11 {
 
 /// The picture formats that drawing needs; asked for once.
-struct RenderFormats
-{
+struct RenderFormats {
     /// 32 bits with alpha; XCB_NONE when the server cannot render.
     xcb_render_pictformat_t argb = XCB_NONE;
     /// That of the root window.
@@ -21,10 +20,9 @@ struct RenderFormats
     static const RenderFormats& of(const Server& server);
 };
 
-/// What a surface shows where nothing is drawn on it: the desktop itself, seen through, or pictures of
-/// it for surfaces that cannot be seen through.
-struct CanvasBackdrop
-{
+/// What a surface shows where nothing is drawn on it: the desktop itself, seen through, or pictures
+/// of it for surfaces that cannot be seen through.
+struct CanvasBackdrop {
     /// Alpha of the veil, 0 … 255; see-through surfaces.
     std::uint8_t veilAlpha = 0;
     /// Pictures of the desktop, plain and under the veil; XCB_NONE for see-through surfaces.
@@ -35,8 +33,7 @@ struct CanvasBackdrop
 /// Draws one region of a surface in the server's own memory: first into `target`, a picture of the
 /// surface's size, limited to the region, so that no half-drawn state is ever seen. What it costs
 /// depends on the region, not on the size of the screen.
-class X11Canvas : public OverlayCanvas
-{
+class X11Canvas : public OverlayCanvas {
 public:
     X11Canvas(const Server& server, xcb_render_picture_t target, const CanvasBackdrop& backdrop,
               const QRegion& region);

@@ -14,25 +14,22 @@ constexpr std::chrono::seconds keepMemory(5);
 
 } // namespace
 
-X11Capturer::X11Capturer(X11Screens& screens) : m_screens(screens)
-{
+X11Capturer::X11Capturer(X11Screens& screens) : m_screens(screens) {
     m_trim.setSingleShot(true);
     QObject::connect(&m_trim, &QTimer::timeout, &m_trim, [this] { m_grabber.trim(); });
 }
 
-bool X11Capturer::preflightAccess()
-{
+bool X11Capturer::preflightAccess() {
     const Server server = qtServer();
-    const auto cookie = xcb_get_image(server.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, server.root(),
-                                      0, 0, 1, 1, ~0U);
+    const auto cookie =
+        xcb_get_image(server.connection, XCB_IMAGE_FORMAT_Z_PIXMAP, server.root(), 0, 0, 1, 1, ~0U);
     xcb_generic_error_t* error = nullptr;
     const auto reply = owned(xcb_get_image_reply(server.connection, cookie, &error));
     const auto ownedError = owned(error);
     return reply != nullptr;
 }
 
-QCoro::Task<ShareableContent> X11Capturer::shareableContent(ContentQuery)
-{
+QCoro::Task<ShareableContent> X11Capturer::shareableContent(ContentQuery) {
     ShareableContent content;
     for (const Screen& screen : m_screens.list()) {
         content.displays.push_back({screen.id, screen.frame});
@@ -40,17 +37,18 @@ QCoro::Task<ShareableContent> X11Capturer::shareableContent(ContentQuery)
     co_return content;
 }
 
-QCoro::Task<QImage> X11Capturer::screenshot(ContentFilter filter, StreamConfiguration configuration)
-{
+QCoro::Task<QImage> X11Capturer::screenshot(ContentFilter filter,
+                                            StreamConfiguration configuration) {
     const ScreenList screens = m_screens.list();
-    const auto screen = std::find_if(
-        screens.begin(), screens.end(),
-        [&filter](const Screen& candidate) { return candidate.id == filter.displayId; });
+    const auto screen =
+        std::find_if(screens.begin(), screens.end(), [&filter](const Screen& candidate) {
+            return candidate.id == filter.displayId;
+        });
     if (screen == screens.end()) {
         throw PlatformError(translated("The display is no longer connected."));
     }
-    const PixelRect source = ScreenMapping::sourcePixels(*screen, configuration.sourceRect,
-                                                         configuration.outputSize);
+    const PixelRect source =
+        ScreenMapping::sourcePixels(*screen, configuration.sourceRect, configuration.outputSize);
     const DeviceRect area = ScreenMapping::deviceRect(*screen, source);
     const auto frames = m_screens.nativeFrames();
     RootGrabber* grabber = &m_grabber;

@@ -9,10 +9,9 @@ namespace snapvane::x11 {
 
 class X11Screens;
 
-/// Pictures of the live screen through the root window. Owned by the platform; main thread, the grab
-/// itself runs on the thread pool.
-class X11Capturer : public ScreenCapturer
-{
+/// Pictures of the live screen through the root window. Owned by the platform; main thread, the
+/// grab itself runs on the thread pool.
+class X11Capturer : public ScreenCapturer {
 public:
     explicit X11Capturer(X11Screens& screens);
 

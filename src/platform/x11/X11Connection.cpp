@@ -12,8 +12,7 @@ namespace snapvane::x11 {
 
 namespace {
 
-const xcb_screen_t* screenNumbered(xcb_connection_t* connection, int number)
-{
+const xcb_screen_t* screenNumbered(xcb_connection_t* connection, int number) {
     xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
     for (; screens.rem > 1 && number > 0; --number) {
         xcb_screen_next(&screens);
@@ -21,8 +20,7 @@ const xcb_screen_t* screenNumbered(xcb_connection_t* connection, int number)
     return screens.data;
 }
 
-int defaultScreenNumber()
-{
+int defaultScreenNumber() {
     char* host = nullptr;
     int display = 0;
     int screen = 0;
@@ -32,16 +30,14 @@ int defaultScreenNumber()
 }
 
 void setTextProperty(const Server& server, xcb_window_t window, xcb_atom_t property,
-                     xcb_atom_t type, const QByteArray& text)
-{
+                     xcb_atom_t type, const QByteArray& text) {
     xcb_change_property(server.connection, XCB_PROP_MODE_REPLACE, window, property, type, 8,
                         static_cast<std::uint32_t>(text.size()), text.constData());
 }
 
 } // namespace
 
-Server qtServer()
-{
+Server qtServer() {
     auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (application == nullptr) {
         programError("the X11 backend was chosen without an X11 application");
@@ -53,8 +49,7 @@ Server qtServer()
     return server;
 }
 
-std::unique_ptr<OwnConnection> OwnConnection::open()
-{
+std::unique_ptr<OwnConnection> OwnConnection::open() {
     Server server;
     server.connection = xcb_connect(nullptr, &server.screenNumber);
     if (xcb_connection_has_error(server.connection) != 0) {
@@ -65,12 +60,15 @@ std::unique_ptr<OwnConnection> OwnConnection::open()
     return std::unique_ptr<OwnConnection>(new OwnConnection(server));
 }
 
-OwnConnection::~OwnConnection() { xcb_disconnect(m_server.connection); }
+OwnConnection::~OwnConnection() {
+    xcb_disconnect(m_server.connection);
+}
 
-bool OwnConnection::isBroken() const { return xcb_connection_has_error(m_server.connection) != 0; }
+bool OwnConnection::isBroken() const {
+    return xcb_connection_has_error(m_server.connection) != 0;
+}
 
-xcb_atom_t atom(const Server& server, const QByteArray& name)
-{
+xcb_atom_t atom(const Server& server, const QByteArray& name) {
     static std::mutex mutex;
     static std::map<QByteArray, xcb_atom_t> known;
     const std::scoped_lock lock(mutex);
@@ -87,22 +85,19 @@ xcb_atom_t atom(const Server& server, const QByteArray& name)
     return reply->atom;
 }
 
-bool hasExtension(const Server& server, xcb_extension_t* extension)
-{
+bool hasExtension(const Server& server, xcb_extension_t* extension) {
     const auto* data = xcb_get_extension_data(server.connection, extension);
     return data != nullptr && data->present != 0;
 }
 
-bool hasCompositor(const Server& server)
-{
+bool hasCompositor(const Server& server) {
     const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(server.screenNumber);
     const auto cookie = xcb_get_selection_owner(server.connection, atom(server, name));
     const auto reply = owned(xcb_get_selection_owner_reply(server.connection, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
-xcb_visualid_t argbVisual(const Server& server)
-{
+xcb_visualid_t argbVisual(const Server& server) {
     auto depths = xcb_screen_allowed_depths_iterator(server.screen);
     for (; depths.rem > 0; xcb_depth_next(&depths)) {
         if (depths.data->depth != 32) {
@@ -121,8 +116,7 @@ xcb_visualid_t argbVisual(const Server& server)
     return XCB_NONE;
 }
 
-void setWindowIdentity(const Server& server, xcb_window_t window, const QByteArray& name)
-{
+void setWindowIdentity(const Server& server, xcb_window_t window, const QByteArray& name) {
     setTextProperty(server, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, name);
     setTextProperty(server, window, atom(server, "_NET_WM_NAME"), atom(server, "UTF8_STRING"),
                     name);
@@ -131,8 +125,7 @@ void setWindowIdentity(const Server& server, xcb_window_t window, const QByteArr
                     QByteArray("snapvane\0Snapvane\0", 18));
 }
 
-void roundTrip(const Server& server)
-{
+void roundTrip(const Server& server) {
     const auto cookie = xcb_get_input_focus(server.connection);
     owned(xcb_get_input_focus_reply(server.connection, cookie, nullptr));
 }

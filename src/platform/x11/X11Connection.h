@@ -10,8 +10,7 @@ namespace snapvane::x11 {
 
 /// A connection to the X server and the screen of it that is ours. Qt's own connection is used for
 /// windows and input, on the main thread; a connection of one's own serves work on other threads.
-struct Server
-{
+struct Server {
     xcb_connection_t* connection = nullptr;
     const xcb_screen_t* screen = nullptr;
     int screenNumber = 0;
@@ -23,8 +22,7 @@ struct Server
 Server qtServer();
 
 /// A connection of one's own, closed with the object.
-class OwnConnection
-{
+class OwnConnection {
 public:
     /// Null when the server cannot be reached.
     static std::unique_ptr<OwnConnection> open();

@@ -10,15 +10,14 @@
 
 namespace snapvane::x11 {
 
-/// Holds the pointer and the keyboard for a session, without moving the input focus. Another program
-/// may hold one of them for a moment (the menu that the capture was chosen from does), so it tries
-/// for a second. The grab belongs to a window of its own that nobody sees, so that it survives
-/// surfaces that come and go. Owned by the session; main thread, Qt's connection.
-class X11InputGrab
-{
+/// Holds the pointer and the keyboard for a session, without moving the input focus. Another
+/// program may hold one of them for a moment (the menu that the capture was chosen from does), so
+/// it tries for a second. The grab belongs to a window of its own that nobody sees, so that it
+/// survives surfaces that come and go. Owned by the session; main thread, Qt's connection.
+class X11InputGrab {
 public:
-    /// Starts trying; `refused` is called, once, when the second is over. The connection has to have
-    /// agreed on XInput 2, which Qt does.
+    /// Starts trying; `refused` is called, once, when the second is over. The connection has to
+    /// have agreed on XInput 2, which Qt does.
     X11InputGrab(const Server& server, xcb_cursor_t cursor,
                  std::function<void(const QString& reason)> refused);
     ~X11InputGrab();

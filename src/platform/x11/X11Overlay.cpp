@@ -25,20 +25,19 @@ using namespace std::chrono_literals;
 
 constexpr auto menuPatience = 300ms;
 constexpr auto menuPollInterval = 10ms;
-// Without a compositor what stood under a menu is painted again by its program, which takes a moment.
+// Without a compositor what stood under a menu is painted again by its program, which takes a
+// moment.
 constexpr auto uncoveredWindowsPaint = 40ms;
 
 constexpr std::uint32_t primaryButton = 1;
 
-const Log& overlayLog()
-{
+const Log& overlayLog() {
     static const Log log("Overlay");
     return log;
 }
 
 /// One session: its surfaces, its grab, and what comes in through them.
-class X11OverlaySession : public OverlaySession, public QAbstractNativeEventFilter
-{
+class X11OverlaySession : public OverlaySession, public QAbstractNativeEventFilter {
 public:
     X11OverlaySession(const Server& server, const OverlayOptions& options, OverlayClient& client,
                       xcb_cursor_t cursor);
@@ -73,8 +72,7 @@ private:
 
 X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions& options,
                                      OverlayClient& client, xcb_cursor_t cursor)
-    : m_server(server), m_screens(options.screens), m_client(client), m_keyboard(server)
-{
+    : m_server(server), m_screens(options.screens), m_client(client), m_keyboard(server) {
     m_inputOpcode = xcb_get_extension_data(server.connection, &xcb_input_id)->major_opcode;
     // Every window keeps its pixels from here on, so that the screen is restored the moment the
     // surfaces go, without anybody having to paint.
@@ -92,8 +90,7 @@ X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions&
     xcb_flush(server.connection);
 }
 
-X11OverlaySession::~X11OverlaySession()
-{
+X11OverlaySession::~X11OverlaySession() {
     QCoreApplication::instance()->removeNativeEventFilter(this);
     m_grab.reset();
     m_surfaces.clear();
@@ -103,23 +100,20 @@ X11OverlaySession::~X11OverlaySession()
     roundTrip(m_server);
 }
 
-void X11OverlaySession::repaint(std::size_t screenIndex, const QRegion& region)
-{
+void X11OverlaySession::repaint(std::size_t screenIndex, const QRegion& region) {
     m_surfaces.at(screenIndex)->markDirty(region);
     m_surfaces[screenIndex]->paint(screenIndex, m_client);
     xcb_flush(m_server.connection);
 }
 
-void X11OverlaySession::conceal()
-{
+void X11OverlaySession::conceal() {
     for (const auto& surface : m_surfaces) {
         surface->conceal();
     }
     xcb_flush(m_server.connection);
 }
 
-bool X11OverlaySession::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
-{
+bool X11OverlaySession::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
     if (eventType != "xcb_generic_event_t") {
         return false;
     }
@@ -138,15 +132,13 @@ bool X11OverlaySession::nativeEventFilter(const QByteArray& eventType, void* mes
     return false;
 }
 
-bool X11OverlaySession::isOurs(xcb_window_t window) const
-{
+bool X11OverlaySession::isOurs(xcb_window_t window) const {
     const bool surface = std::any_of(m_surfaces.begin(), m_surfaces.end(),
                                      [window](const auto& s) { return s->window() == window; });
     return surface || (m_grab && m_grab->window() == window);
 }
 
-bool X11OverlaySession::handleInput(const xcb_ge_generic_event_t& event)
-{
+bool X11OverlaySession::handleInput(const xcb_ge_generic_event_t& event) {
     if (event.extension != m_inputOpcode) {
         return false;
     }
@@ -174,15 +166,14 @@ bool X11OverlaySession::handleInput(const xcb_ge_generic_event_t& event)
     }
 }
 
-void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& event)
-{
+void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& event) {
     // Positions come as 16.16 fixed point; the whole part is the pixel.
     const DevicePoint position = {event.root_x >> 16, event.root_y >> 16};
     OverlayPointerEvent pointer;
     pointer.place = ScreenMapping::pointerPlace(m_screens, position);
     if (event.event_type == XCB_INPUT_MOTION) {
-        pointer.kind = m_primaryDown ? OverlayPointerEvent::Kind::Dragged
-                                     : OverlayPointerEvent::Kind::Moved;
+        pointer.kind =
+            m_primaryDown ? OverlayPointerEvent::Kind::Dragged : OverlayPointerEvent::Kind::Moved;
     } else if (event.detail == primaryButton) {
         m_primaryDown = event.event_type == XCB_INPUT_BUTTON_PRESS;
         pointer.kind =
@@ -193,14 +184,12 @@ void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& even
     m_client.overlayPointerEvent(pointer);
 }
 
-void X11OverlaySession::handleKey(const xcb_input_key_press_event_t& event)
-{
+void X11OverlaySession::handleKey(const xcb_input_key_press_event_t& event) {
     m_client.overlayKeyEvent(
         m_keyboard.translate(event.detail, event.mods.effective, event.group.effective));
 }
 
-void X11OverlaySession::handleExpose(const xcb_expose_event_t& event)
-{
+void X11OverlaySession::handleExpose(const xcb_expose_event_t& event) {
     for (const auto& surface : m_surfaces) {
         if (surface->window() == event.window) {
             surface->markExposed(QRect(event.x, event.y, event.width, event.height));
@@ -209,11 +198,9 @@ void X11OverlaySession::handleExpose(const xcb_expose_event_t& event)
     schedulePaint();
 }
 
-void X11OverlaySession::selectInput(xcb_window_t window)
-{
+void X11OverlaySession::selectInput(xcb_window_t window) {
     // Until the grab is there, what happens on the surfaces themselves arrives this way.
-    struct
-    {
+    struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
     } const selection = {{XCB_INPUT_DEVICE_ALL_MASTER, 1},
@@ -223,18 +210,17 @@ void X11OverlaySession::selectInput(xcb_window_t window)
     xcb_input_xi_select_events(m_server.connection, window, 1, &selection.head);
 }
 
-void X11OverlaySession::schedulePaint()
-{
+void X11OverlaySession::schedulePaint() {
     if (m_paintScheduled) {
         return;
     }
     m_paintScheduled = true;
     // The server tells of one lost region in several events; they are painted together.
-    QMetaObject::invokeMethod(&m_context, [this] { paintAll(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &m_context, [this] { paintAll(); }, Qt::QueuedConnection);
 }
 
-void X11OverlaySession::paintAll()
-{
+void X11OverlaySession::paintAll() {
     m_paintScheduled = false;
     for (std::size_t i = 0; i < m_surfaces.size(); ++i) {
         m_surfaces[i]->paint(i, m_client);
@@ -245,20 +231,16 @@ void X11OverlaySession::paintAll()
 } // namespace
 
 X11OverlayHost::X11OverlayHost(X11Screens& screens, RootGrabber& grabber)
-    : m_screens(screens), m_grabber(grabber)
-{
-}
+    : m_screens(screens), m_grabber(grabber) {}
 
-X11OverlayHost::~X11OverlayHost()
-{
+X11OverlayHost::~X11OverlayHost() {
     if (m_crosshair != XCB_NONE) {
         xcb_free_cursor(qtServer().connection, m_crosshair);
     }
 }
 
 std::unique_ptr<OverlaySession> X11OverlayHost::open(const OverlayOptions& options,
-                                                     OverlayClient& client)
-{
+                                                     OverlayClient& client) {
     const Server server = qtServer();
     const bool capable = hasExtension(server, &xcb_composite_id) &&
                          hasExtension(server, &xcb_input_id) &&
@@ -270,8 +252,7 @@ std::unique_ptr<OverlaySession> X11OverlayHost::open(const OverlayOptions& optio
     return std::make_unique<X11OverlaySession>(server, options, client, crosshair());
 }
 
-QCoro::Task<> X11OverlayHost::menusClosed()
-{
+QCoro::Task<> X11OverlayHost::menusClosed() {
     const Server server = qtServer();
     const auto screens = m_screens.nativeFrames();
     bool seen = false;
@@ -304,8 +285,7 @@ QCoro::Task<> X11OverlayHost::menusClosed()
     }
 }
 
-xcb_cursor_t X11OverlayHost::crosshair()
-{
+xcb_cursor_t X11OverlayHost::crosshair() {
     if (m_crosshair != XCB_NONE) {
         return m_crosshair;
     }

@@ -10,8 +10,7 @@ class RootGrabber;
 class X11Screens;
 
 /// Opens overlay sessions on override-redirect windows. Owned by the platform; main thread.
-class X11OverlayHost : public OverlayHost
-{
+class X11OverlayHost : public OverlayHost {
 public:
     X11OverlayHost(X11Screens& screens, RootGrabber& grabber);
     ~X11OverlayHost() override;

@@ -8,22 +8,19 @@ namespace snapvane::x11 {
 
 namespace {
 
-std::uint8_t veilAlpha(double dimAmount)
-{
+std::uint8_t veilAlpha(double dimAmount) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(dimAmount, 0.0, 1.0) * 255));
 }
 
 void setCardinal(const Server& server, xcb_window_t window, const char* property,
-                 std::uint32_t value)
-{
+                 std::uint32_t value) {
     xcb_change_property(server.connection, XCB_PROP_MODE_REPLACE, window, atom(server, property),
                         XCB_ATOM_CARDINAL, 32, 1, &value);
 }
 
 /// Asks compositors for no shadow, which would fall on the neighbouring screen, and to go on
 /// compositing.
-void setCompositorHints(const Server& server, xcb_window_t window)
-{
+void setCompositorHints(const Server& server, xcb_window_t window) {
     setCardinal(server, window, "_COMPTON_SHADOW", 0);
     constexpr std::uint32_t neverBypass = 2;
     setCardinal(server, window, "_NET_WM_BYPASS_COMPOSITOR", neverBypass);
@@ -36,8 +33,7 @@ X11OverlaySurface::X11OverlaySurface(const Server& server, const Screen& screen,
                                      xcb_cursor_t cursor)
     : m_server(server), m_area(screen.nativeFrame), m_translucent(translucent),
       m_depth(translucent ? std::uint8_t{32} : server.screen->root_depth),
-      m_format(translucent ? RenderFormats::of(server).argb : RenderFormats::of(server).root)
-{
+      m_format(translucent ? RenderFormats::of(server).argb : RenderFormats::of(server).root) {
     m_backdrop.veilAlpha = veilAlpha(options.dimAmount);
     if (!m_translucent) {
         createBackdrop(m_backdrop.veilAlpha);
@@ -47,8 +43,7 @@ X11OverlaySurface::X11OverlaySurface(const Server& server, const Screen& screen,
     StackingOrder::raise(m_server, m_window, options.level);
 }
 
-X11OverlaySurface::~X11OverlaySurface()
-{
+X11OverlaySurface::~X11OverlaySurface() {
     StackingOrder::remove(m_window);
     xcb_connection_t* connection = m_server.connection;
     xcb_destroy_window(connection, m_window);
@@ -68,18 +63,15 @@ X11OverlaySurface::~X11OverlaySurface()
     }
 }
 
-void X11OverlaySurface::markExposed(const QRegion& region)
-{
+void X11OverlaySurface::markExposed(const QRegion& region) {
     // As long as nothing was drawn the background is the right picture.
     if (m_backBuffer != XCB_NONE) {
         m_dirty += region;
     }
 }
 
-void X11OverlaySurface::paint(std::size_t index, OverlayClient& client)
-{
-    const QRegion region =
-        m_dirty.intersected(QRect(0, 0, m_area.size.width, m_area.size.height));
+void X11OverlaySurface::paint(std::size_t index, OverlayClient& client) {
+    const QRegion region = m_dirty.intersected(QRect(0, 0, m_area.size.width, m_area.size.height));
     m_dirty = {};
     if (region.isEmpty()) {
         return;
@@ -92,8 +84,7 @@ void X11OverlaySurface::paint(std::size_t index, OverlayClient& client)
     copyToWindow(region);
 }
 
-void X11OverlaySurface::conceal()
-{
+void X11OverlaySurface::conceal() {
     if (!m_translucent) {
         return; // Taking an opaque surface away restores the screen at once.
     }
@@ -102,8 +93,7 @@ void X11OverlaySurface::conceal()
     xcb_clear_area(m_server.connection, 0, m_window, 0, 0, 0, 0);
 }
 
-xcb_window_t X11OverlaySurface::createWindow(const OverlayOptions& options, xcb_cursor_t cursor)
-{
+xcb_window_t X11OverlaySurface::createWindow(const OverlayOptions& options, xcb_cursor_t cursor) {
     xcb_connection_t* connection = m_server.connection;
     const xcb_visualid_t visual =
         m_translucent ? argbVisual(m_server) : m_server.screen->root_visual;
@@ -115,31 +105,24 @@ xcb_window_t X11OverlaySurface::createWindow(const OverlayOptions& options, xcb_
         colormap = m_colormap;
     }
     const std::uint32_t veil = static_cast<std::uint32_t>(veilAlpha(options.dimAmount)) << 24;
-    const std::array<std::uint32_t, 6> values = {m_translucent ? veil : m_veiledPixmap,
-                                                 0,
-                                                 1,
-                                                 XCB_EVENT_MASK_EXPOSURE,
-                                                 colormap,
-                                                 cursor};
-    const std::uint32_t background = m_translucent ? std::uint32_t{XCB_CW_BACK_PIXEL}
-                                                   : std::uint32_t{XCB_CW_BACK_PIXMAP};
+    const std::array<std::uint32_t, 6> values = {
+        m_translucent ? veil : m_veiledPixmap, 0, 1, XCB_EVENT_MASK_EXPOSURE, colormap, cursor};
+    const std::uint32_t background =
+        m_translucent ? std::uint32_t{XCB_CW_BACK_PIXEL} : std::uint32_t{XCB_CW_BACK_PIXMAP};
     const xcb_window_t window = xcb_generate_id(connection);
-    xcb_create_window(connection, m_depth, window, m_server.root(),
-                      static_cast<std::int16_t>(m_area.origin.x),
-                      static_cast<std::int16_t>(m_area.origin.y),
-                      static_cast<std::uint16_t>(m_area.size.width),
-                      static_cast<std::uint16_t>(m_area.size.height), 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
-                      background | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
-                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP | XCB_CW_CURSOR,
-                      values.data());
+    xcb_create_window(
+        connection, m_depth, window, m_server.root(), static_cast<std::int16_t>(m_area.origin.x),
+        static_cast<std::int16_t>(m_area.origin.y), static_cast<std::uint16_t>(m_area.size.width),
+        static_cast<std::uint16_t>(m_area.size.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
+        background | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
+            XCB_CW_COLORMAP | XCB_CW_CURSOR,
+        values.data());
     setWindowIdentity(m_server, window, "Snapvane Selection");
     setCompositorHints(m_server, window);
     return window;
 }
 
-void X11OverlaySurface::createBackdrop(std::uint8_t alpha)
-{
+void X11OverlaySurface::createBackdrop(std::uint8_t alpha) {
     xcb_connection_t* connection = m_server.connection;
     m_plainPixmap = createPixmap();
     m_veiledPixmap = createPixmap();
@@ -165,8 +148,7 @@ void X11OverlaySurface::createBackdrop(std::uint8_t alpha)
                                &all);
 }
 
-xcb_pixmap_t X11OverlaySurface::createPixmap()
-{
+xcb_pixmap_t X11OverlaySurface::createPixmap() {
     const xcb_pixmap_t pixmap = xcb_generate_id(m_server.connection);
     xcb_create_pixmap(m_server.connection, m_depth, pixmap, m_server.root(),
                       static_cast<std::uint16_t>(m_area.size.width),
@@ -175,26 +157,22 @@ xcb_pixmap_t X11OverlaySurface::createPixmap()
 }
 
 xcb_render_picture_t X11OverlaySurface::createPicture(xcb_drawable_t drawable,
-                                                      std::uint32_t subwindows)
-{
+                                                      std::uint32_t subwindows) {
     const xcb_render_picture_t picture = xcb_generate_id(m_server.connection);
     xcb_render_create_picture(m_server.connection, picture, drawable, m_format,
                               XCB_RENDER_CP_SUBWINDOW_MODE, &subwindows);
     return picture;
 }
 
-void X11OverlaySurface::createBackBuffer()
-{
+void X11OverlaySurface::createBackBuffer() {
     m_backBuffer = createPixmap();
     m_backPicture = createPicture(m_backBuffer, XCB_SUBWINDOW_MODE_CLIP_BY_CHILDREN);
     m_gc = xcb_generate_id(m_server.connection);
     const std::uint32_t noExposures = 0;
-    xcb_create_gc(m_server.connection, m_gc, m_backBuffer, XCB_GC_GRAPHICS_EXPOSURES,
-                  &noExposures);
+    xcb_create_gc(m_server.connection, m_gc, m_backBuffer, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
 }
 
-void X11OverlaySurface::copyToWindow(const QRegion& region)
-{
+void X11OverlaySurface::copyToWindow(const QRegion& region) {
     for (const xcb_rectangle_t& rect : rectanglesOf(region)) {
         xcb_copy_area(m_server.connection, m_backBuffer, m_window, m_gc, rect.x, rect.y, rect.x,
                       rect.y, rect.width, rect.height);

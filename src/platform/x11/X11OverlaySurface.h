@@ -9,8 +9,7 @@ namespace snapvane::x11 {
 /// The overlay's window on one screen. With a compositor it is see-through; without one it shows a
 /// picture of the desktop, grabbed when it is made, under the veil. All of its pixels live in the
 /// server; an untouched surface is nothing but the window's background. Owned by the session.
-class X11OverlaySurface
-{
+class X11OverlaySurface {
 public:
     X11OverlaySurface(const Server& server, const Screen& screen, const OverlayOptions& options,
                       bool translucent, xcb_cursor_t cursor);

@@ -12,10 +12,9 @@ namespace snapvane::x11 {
 
 namespace {
 
-Qt::WindowFlags windowFlags(PanelInput input)
-{
-    Qt::WindowFlags flags =
-        Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::NoDropShadowWindowHint;
+Qt::WindowFlags windowFlags(PanelInput input) {
+    Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
+                            Qt::NoDropShadowWindowHint;
     if (input != PanelInput::PointerAndKeyboard) {
         flags |= Qt::WindowDoesNotAcceptFocus;
     }
@@ -25,12 +24,10 @@ Qt::WindowFlags windowFlags(PanelInput input)
     return flags;
 }
 
-class X11Panel : public Panel
-{
+class X11Panel : public Panel {
 public:
     X11Panel(X11Screens& screens, std::unique_ptr<QWidget> content, const PanelOptions& options)
-        : m_screens(screens), m_content(std::move(content)), m_options(options)
-    {
+        : m_screens(screens), m_content(std::move(content)), m_options(options) {
         m_content->setWindowFlags(windowFlags(options.input));
         m_content->setWindowTitle(options.name);
         m_content->setAttribute(Qt::WA_ShowWithoutActivating);
@@ -41,8 +38,7 @@ public:
 
     ~X11Panel() override { StackingOrder::remove(window()); }
 
-    void showAt(GlobalPoint origin) override
-    {
+    void showAt(GlobalPoint origin) override {
         place(origin);
         m_content->show();
         // Qt places windows by its own, rounded, coordinates when it maps them.
@@ -51,8 +47,7 @@ public:
         xcb_flush(qtServer().connection);
     }
 
-    void hide() override
-    {
+    void hide() override {
         m_content->hide();
         StackingOrder::remove(window());
     }
@@ -62,8 +57,7 @@ public:
 private:
     xcb_window_t window() const { return static_cast<xcb_window_t>(m_content->winId()); }
 
-    void place(GlobalPoint origin)
-    {
+    void place(GlobalPoint origin) {
         const ScreenList screens = m_screens.list();
         const GlobalSize size = {static_cast<double>(m_content->width()),
                                  static_cast<double>(m_content->height())};
@@ -82,9 +76,8 @@ private:
                         corner.y + qRound(screen->frame.maxY() - area.maxY()));
         const DeviceRect target =
             ScreenMapping::deviceRect(*screen, ScreenMapping::pixelRect(*screen, area));
-        const std::array<std::uint32_t, 2> values = {
-            static_cast<std::uint32_t>(target.origin.x),
-            static_cast<std::uint32_t>(target.origin.y)};
+        const std::array<std::uint32_t, 2> values = {static_cast<std::uint32_t>(target.origin.x),
+                                                     static_cast<std::uint32_t>(target.origin.y)};
         xcb_configure_window(qtServer().connection, window(),
                              XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, values.data());
     }
@@ -97,8 +90,7 @@ private:
 } // namespace
 
 std::unique_ptr<Panel> X11Panels::create(std::unique_ptr<QWidget> content,
-                                         const PanelOptions& options)
-{
+                                         const PanelOptions& options) {
     return std::make_unique<X11Panel>(m_screens, std::move(content), options);
 }
 

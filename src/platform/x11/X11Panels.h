@@ -8,8 +8,7 @@ class X11Screens;
 
 /// Panels as override-redirect windows, which no window manager moves, decorates, lists or focuses
 /// and which are on every workspace. Owned by the platform; main thread.
-class X11Panels : public Panels
-{
+class X11Panels : public Panels {
 public:
     explicit X11Panels(X11Screens& screens) : m_screens(screens) {}
 

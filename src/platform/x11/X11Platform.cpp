@@ -13,8 +13,7 @@ namespace snapvane::x11 {
 
 namespace {
 
-class X11Platform : public Platform
-{
+class X11Platform : public Platform {
 public:
     QString name() const override { return QStringLiteral("x11"); }
     Screens& screens() override { return m_screens; }
@@ -39,8 +38,7 @@ private:
 
 } // namespace
 
-QString x11Obstacle()
-{
+QString x11Obstacle() {
     const QString display = qEnvironmentVariable("DISPLAY");
     if (display.isEmpty()) {
         return QStringLiteral("No display: the variable DISPLAY is not set.");
@@ -51,6 +49,8 @@ QString x11Obstacle()
     return {};
 }
 
-std::unique_ptr<Platform> makeX11Platform() { return std::make_unique<X11Platform>(); }
+std::unique_ptr<Platform> makeX11Platform() {
+    return std::make_unique<X11Platform>();
+}
 
 } // namespace snapvane::x11

@@ -13,8 +13,7 @@ namespace snapvane::x11 {
 namespace {
 
 /// Qt's scale factor for the monitor; Qt names its screens as RandR names the monitors.
-double scaleOf(const QString& name, DevicePoint nativeTopLeft)
-{
+double scaleOf(const QString& name, DevicePoint nativeTopLeft) {
     const auto screens = QGuiApplication::screens();
     for (const QScreen* screen : screens) {
         if (screen->name() == name) {
@@ -30,8 +29,7 @@ double scaleOf(const QString& name, DevicePoint nativeTopLeft)
     return screens.isEmpty() ? 1.0 : screens.front()->devicePixelRatio();
 }
 
-QString atomName(const Server& server, xcb_get_atom_name_cookie_t cookie)
-{
+QString atomName(const Server& server, xcb_get_atom_name_cookie_t cookie) {
     const auto reply = owned(xcb_get_atom_name_reply(server.connection, cookie, nullptr));
     if (!reply) {
         return {};
@@ -41,8 +39,7 @@ QString atomName(const Server& server, xcb_get_atom_name_cookie_t cookie)
 }
 
 /// RandR 1.5 and later know monitors, which need not be outputs.
-bool knowsMonitors(const Server& server)
-{
+bool knowsMonitors(const Server& server) {
     if (!hasExtension(server, &xcb_randr_id)) {
         return false;
     }
@@ -51,8 +48,7 @@ bool knowsMonitors(const Server& server)
     return reply && (reply->major_version > 1 || reply->minor_version >= 5);
 }
 
-std::vector<Monitor> monitorsFromRandr(const Server& server)
-{
+std::vector<Monitor> monitorsFromRandr(const Server& server) {
     std::vector<Monitor> monitors;
     const auto cookie = xcb_randr_get_monitors(server.connection, server.root(), 1);
     const auto reply = owned(xcb_randr_get_monitors_reply(server.connection, cookie, nullptr));
@@ -81,8 +77,7 @@ std::vector<Monitor> monitorsFromRandr(const Server& server)
 }
 
 /// Where RandR tells of no monitor the whole X screen is one.
-Monitor wholeRoot(const Server& server)
-{
+Monitor wholeRoot(const Server& server) {
     Monitor monitor;
     const auto cookie = xcb_get_geometry(server.connection, server.root());
     const auto reply = owned(xcb_get_geometry_reply(server.connection, cookie, nullptr));
@@ -92,8 +87,7 @@ Monitor wholeRoot(const Server& server)
     return monitor;
 }
 
-std::vector<ScreenMapping::NativeScreen> readScreens(const Server& server)
-{
+std::vector<ScreenMapping::NativeScreen> readScreens(const Server& server) {
     static const bool monitorsKnown = knowsMonitors(server);
     std::vector<Monitor> monitors =
         monitorsKnown ? monitorsFromRandr(server) : std::vector<Monitor>();
@@ -109,8 +103,7 @@ std::vector<ScreenMapping::NativeScreen> readScreens(const Server& server)
 
 } // namespace
 
-std::vector<ScreenMapping::NativeScreen> primaryFirst(std::vector<Monitor> monitors)
-{
+std::vector<ScreenMapping::NativeScreen> primaryFirst(std::vector<Monitor> monitors) {
     auto primary = std::find_if(monitors.begin(), monitors.end(),
                                 [](const Monitor& monitor) { return monitor.isPrimary; });
     if (primary == monitors.end()) {
@@ -122,14 +115,17 @@ std::vector<ScreenMapping::NativeScreen> primaryFirst(std::vector<Monitor> monit
         std::rotate(monitors.begin(), primary, std::next(primary));
     }
     std::vector<ScreenMapping::NativeScreen> screens;
+    screens.reserve(monitors.size());
     for (Monitor& monitor : monitors) {
         screens.push_back(std::move(monitor.screen));
     }
     return screens;
 }
 
-X11Screens::X11Screens()
-{
+X11Screens::X11Screens() : m_server(qtServer()) {
+    if (hasExtension(m_server, &xcb_randr_id)) {
+        m_firstRandrEvent = xcb_get_extension_data(m_server.connection, &xcb_randr_id)->first_event;
+    }
     m_announcement.setSingleShot(true);
     connect(&m_announcement, &QTimer::timeout, this, &X11Screens::announceChange);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, &X11Screens::noteChange);
@@ -138,30 +134,25 @@ X11Screens::X11Screens()
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
-X11Screens::~X11Screens()
-{
+X11Screens::~X11Screens() {
     if (auto* application = QCoreApplication::instance()) {
         application->removeNativeEventFilter(this);
     }
 }
 
-ScreenList X11Screens::list()
-{
+ScreenList X11Screens::list() {
     if (m_stale) {
-        const Server server = qtServer();
-        auto screens = readScreens(server);
-        reserveDockEdges(server, screens);
+        auto screens = readScreens(m_server);
+        reserveDockEdges(m_server, screens);
         m_list = ScreenMapping::layOut(screens);
         m_stale = false;
     }
     return m_list;
 }
 
-GlobalPoint X11Screens::pointerLocation()
-{
-    const Server server = qtServer();
-    const auto cookie = xcb_query_pointer(server.connection, server.root());
-    const auto reply = owned(xcb_query_pointer_reply(server.connection, cookie, nullptr));
+GlobalPoint X11Screens::pointerLocation() {
+    const auto cookie = xcb_query_pointer(m_server.connection, m_server.root());
+    const auto reply = owned(xcb_query_pointer_reply(m_server.connection, cookie, nullptr));
     const ScreenList screens = list();
     if (!reply || screens.empty()) {
         return {};
@@ -169,8 +160,7 @@ GlobalPoint X11Screens::pointerLocation()
     return ScreenMapping::pointerPlace(screens, {reply->root_x, reply->root_y}).inside;
 }
 
-std::vector<DeviceRect> X11Screens::nativeFrames()
-{
+std::vector<DeviceRect> X11Screens::nativeFrames() {
     std::vector<DeviceRect> frames;
     for (const Screen& screen : list()) {
         frames.push_back(screen.nativeFrame);
@@ -178,41 +168,39 @@ std::vector<DeviceRect> X11Screens::nativeFrames()
     return frames;
 }
 
-bool X11Screens::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
-{
+bool X11Screens::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
     if (eventType != "xcb_generic_event_t") {
         return false;
     }
-    const Server server = qtServer();
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    const int type = event->response_type & 0x7f;
-    const auto* randr = xcb_get_extension_data(server.connection, &xcb_randr_id);
-    const int firstRandrEvent = randr != nullptr && randr->present != 0 ? randr->first_event : -1;
-    if (firstRandrEvent >= 0 && (type == firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
-                                 type == firstRandrEvent + XCB_RANDR_NOTIFY)) {
+    if (tellsOfScreens(*event)) {
         noteChange();
-    } else if (type == XCB_CONFIGURE_NOTIFY &&
-               reinterpret_cast<const xcb_configure_notify_event_t*>(event)->window ==
-                   server.root()) {
-        noteChange();
-    } else if (type == XCB_PROPERTY_NOTIFY &&
+    } else if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY &&
                reinterpret_cast<const xcb_property_notify_event_t*>(event)->window ==
-                   server.root()) {
+                   m_server.root()) {
         // Docks come and go with the window manager's lists; only what they reserve may differ.
         m_stale = true;
     }
     return false;
 }
 
-void X11Screens::noteChange()
-{
+bool X11Screens::tellsOfScreens(const xcb_generic_event_t& event) const {
+    const int type = event.response_type & 0x7f;
+    if (type == XCB_CONFIGURE_NOTIFY) {
+        return reinterpret_cast<const xcb_configure_notify_event_t&>(event).window ==
+               m_server.root();
+    }
+    return m_firstRandrEvent >= 0 && (type == m_firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+                                      type == m_firstRandrEvent + XCB_RANDR_NOTIFY);
+}
+
+void X11Screens::noteChange() {
     m_stale = true;
     // Qt takes its own notice of the change first, from which the scale factors come.
     m_announcement.start(0);
 }
 
-void X11Screens::announceChange()
-{
+void X11Screens::announceChange() {
     const ScreenList before = m_list;
     m_stale = true;
     if (list() != before) {

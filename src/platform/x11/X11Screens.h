@@ -10,8 +10,7 @@
 namespace snapvane::x11 {
 
 /// The monitors as RandR lists them, with Qt's scale factors. Owned by the platform; main thread.
-class X11Screens : public Screens, public QAbstractNativeEventFilter
-{
+class X11Screens : public Screens, public QAbstractNativeEventFilter {
     Q_OBJECT
 
 public:
@@ -27,18 +26,20 @@ public:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
 private:
+    bool tellsOfScreens(const xcb_generic_event_t& event) const;
     void noteChange();
     void announceChange();
 
+    Server m_server;
+    int m_firstRandrEvent = -1;
     bool m_stale = true;
     ScreenList m_list;
     QTimer m_announcement;
 };
 
-/// Puts the primary monitor first: the one marked so, else the one at 0,0, else the first; the others
-/// keep their order. Pure.
-struct Monitor
-{
+/// Puts the primary monitor first: the one marked so, else the one at 0,0, else the first; the
+/// others keep their order. Pure.
+struct Monitor {
     ScreenMapping::NativeScreen screen;
     bool isPrimary = false;
 };

@@ -9,41 +9,35 @@ namespace snapvane::x11 {
 
 namespace {
 
-xcb_atom_t traySelection(const Server& server)
-{
+xcb_atom_t traySelection(const Server& server) {
     return atom(server, "_NET_SYSTEM_TRAY_S" + QByteArray::number(server.screenNumber));
 }
 
 } // namespace
 
-X11TrayManager::X11TrayManager()
-{
+X11TrayManager::X11TrayManager() {
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
-X11TrayManager::~X11TrayManager()
-{
+X11TrayManager::~X11TrayManager() {
     if (auto* application = QCoreApplication::instance()) {
         application->removeNativeEventFilter(this);
     }
 }
 
-bool X11TrayManager::isPresent() const
-{
-    // Which kind of icon Qt makes depends on the hosts there are at that moment, so nobody is told of
-    // the one before the other is known about.
+bool X11TrayManager::isPresent() const {
+    // Which kind of icon Qt makes depends on the hosts there are at that moment, so nobody is told
+    // of the one before the other is known about.
     return isSettled() && (TrayHostWatcher::isPresent() || hasManager());
 }
 
-void X11TrayManager::settled()
-{
+void X11TrayManager::settled() {
     if (!TrayHostWatcher::isPresent() && hasManager()) {
         Q_EMIT appeared();
     }
 }
 
-bool X11TrayManager::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*)
-{
+bool X11TrayManager::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
     if (eventType != "xcb_generic_event_t") {
         return false;
     }
@@ -60,8 +54,7 @@ bool X11TrayManager::nativeEventFilter(const QByteArray& eventType, void* messag
     return false;
 }
 
-bool X11TrayManager::hasManager() const
-{
+bool X11TrayManager::hasManager() const {
     const Server server = qtServer();
     const auto cookie = xcb_get_selection_owner(server.connection, traySelection(server));
     const auto reply = owned(xcb_get_selection_owner_reply(server.connection, cookie, nullptr));

@@ -6,11 +6,10 @@
 
 namespace snapvane::x11 {
 
-/// Watches, besides the tray hosts on the session bus, for an X11 tray manager: a client that owns the
-/// selection _NET_SYSTEM_TRAY_S<n> and announces itself to the root window. Owned by the platform;
-/// main thread.
-class X11TrayManager : public xdg::TrayHostWatcher, public QAbstractNativeEventFilter
-{
+/// Watches, besides the tray hosts on the session bus, for an X11 tray manager: a client that owns
+/// the selection _NET_SYSTEM_TRAY_S<n> and announces itself to the root window. Owned by the
+/// platform; main thread.
+class X11TrayManager : public xdg::TrayHostWatcher, public QAbstractNativeEventFilter {
     Q_OBJECT
 
 public:

@@ -7,18 +7,14 @@
 
 namespace snapvane::x11 {
 
-struct FreeDeleter
-{
+struct FreeDeleter {
     void operator()(void* memory) const { std::free(memory); }
 };
 
 /// Replies, errors and events are the caller's to free.
-template<typename T>
-using Owned = std::unique_ptr<T, FreeDeleter>;
+template <typename T> using Owned = std::unique_ptr<T, FreeDeleter>;
 
-template<typename T>
-Owned<T> owned(T* memory)
-{
+template <typename T> Owned<T> owned(T* memory) {
     return Owned<T>(memory);
 }
 

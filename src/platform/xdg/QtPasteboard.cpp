@@ -7,8 +7,7 @@
 
 namespace snapvane::xdg {
 
-void QtPasteboard::write(const PasteboardContents& contents)
-{
+void QtPasteboard::write(const PasteboardContents& contents) {
     auto* data = new QMimeData;
     if (contents.png) {
         // As encoded bytes, which reach readers as they are; as an image they would be decoded and

@@ -15,8 +15,7 @@ const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 } // namespace
 
-TrayHostWatcher::TrayHostWatcher()
-{
+TrayHostWatcher::TrayHostWatcher() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         m_settled = true;
@@ -32,8 +31,7 @@ TrayHostWatcher::TrayHostWatcher()
     refresh();
 }
 
-void TrayHostWatcher::refresh()
-{
+void TrayHostWatcher::refresh() {
     QDBusMessage question = QDBusMessage::createMethodCall(
         watcherService, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
@@ -50,15 +48,13 @@ void TrayHostWatcher::refresh()
     });
 }
 
-void TrayHostWatcher::settle()
-{
+void TrayHostWatcher::settle() {
     if (!std::exchange(m_settled, true)) {
         settled();
     }
 }
 
-void TrayHostWatcher::setPresent(bool present)
-{
+void TrayHostWatcher::setPresent(bool present) {
     if (present == m_present) {
         return;
     }

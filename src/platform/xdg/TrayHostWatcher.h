@@ -6,10 +6,9 @@
 
 namespace snapvane::xdg {
 
-/// Watches the session bus for a StatusNotifier host: a watcher service with a host registered to it.
-/// Without a session bus there is none. Owned by the platform; main thread.
-class TrayHostWatcher : public TrayHost
-{
+/// Watches the session bus for a StatusNotifier host: a watcher service with a host registered to
+/// it. Without a session bus there is none. Owned by the platform; main thread.
+class TrayHostWatcher : public TrayHost {
     Q_OBJECT
 
 public:

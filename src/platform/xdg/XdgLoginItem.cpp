@@ -17,8 +17,7 @@ namespace {
 
 /// A path as the Exec key wants it: in quotes, with the characters escaped that mean something
 /// inside, and the percent sign doubled.
-QString quotedForExec(const QString& path)
-{
+QString quotedForExec(const QString& path) {
     QString escaped;
     for (const QChar character : path) {
         if (QStringLiteral("\"`$\\").contains(character)) {
@@ -33,8 +32,7 @@ QString quotedForExec(const QString& path)
     return QStringLiteral("\"%1\"").arg(escaped);
 }
 
-QByteArray entryText()
-{
+QByteArray entryText() {
     return QStringLiteral("[Desktop Entry]\n"
                           "Type=Application\n"
                           "Name=Snapvane\n"
@@ -46,23 +44,19 @@ QByteArray entryText()
         .toUtf8();
 }
 
-PlatformError failure(const QString& path, const QString& reason)
-{
-    return PlatformError(
-        QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), reason));
+PlatformError failure(const QString& path, const QString& reason) {
+    return PlatformError(QStringLiteral("%1: %2").arg(QFileInfo(path).fileName(), reason));
 }
 
 } // namespace
 
-QString XdgLoginItem::entryPath()
-{
+QString XdgLoginItem::entryPath() {
     return QStringLiteral("%1/autostart/%2.desktop")
         .arg(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation),
              QLatin1String(applicationIdentifier));
 }
 
-void XdgLoginItem::registerItem()
-{
+void XdgLoginItem::registerItem() {
     const QString path = entryPath();
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
@@ -71,16 +65,14 @@ void XdgLoginItem::registerItem()
     }
 }
 
-void XdgLoginItem::unregisterItem()
-{
+void XdgLoginItem::unregisterItem() {
     QFile file(entryPath());
     if (file.exists() && !file.remove()) {
         throw failure(file.fileName(), file.errorString());
     }
 }
 
-bool XdgLoginItem::isRegistered() const
-{
+bool XdgLoginItem::isRegistered() const {
     if (!QFile::exists(entryPath())) {
         return false;
     }

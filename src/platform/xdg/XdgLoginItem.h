@@ -6,10 +6,9 @@
 
 namespace snapvane::xdg {
 
-/// Starting with the desktop by an entry in the user's autostart folder. Owned by the platform; main
-/// thread.
-class XdgLoginItem : public LoginItem
-{
+/// Starting with the desktop by an entry in the user's autostart folder. Owned by the platform;
+/// main thread.
+class XdgLoginItem : public LoginItem {
 public:
     void registerItem() override;
     void unregisterItem() override;

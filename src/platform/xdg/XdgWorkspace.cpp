@@ -10,10 +10,9 @@ namespace snapvane::xdg {
 
 namespace {
 
-/// True when the desktop has a program for links of that scheme. A link without one is not opened at
-/// all: openers fall back to a web browser, which helps nobody.
-bool hasHandler(const QString& scheme)
-{
+/// True when the desktop has a program for links of that scheme. A link without one is not opened
+/// at all: openers fall back to a web browser, which helps nobody.
+bool hasHandler(const QString& scheme) {
     const QString xdgMime = QStandardPaths::findExecutable(QStringLiteral("xdg-mime"));
     if (xdgMime.isEmpty()) {
         return false;
@@ -26,20 +25,17 @@ bool hasHandler(const QString& scheme)
            !query.readAllStandardOutput().trimmed().isEmpty();
 }
 
-bool isWebLink(const QUrl& url)
-{
+bool isWebLink(const QUrl& url) {
     return url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
 }
 
-struct ControlPanel
-{
+struct ControlPanel {
     QString program;
     QStringList arguments;
 };
 
 /// The privacy or applications panels of the desktops, the likeliest first.
-std::vector<ControlPanel> privacyPanels()
-{
+std::vector<ControlPanel> privacyPanels() {
     return {{QStringLiteral("gnome-control-center"), {QStringLiteral("privacy")}},
             {QStringLiteral("systemsettings"), {QStringLiteral("kcm_componentchooser")}},
             {QStringLiteral("systemsettings5"), {QStringLiteral("kcm_componentchooser")}},
@@ -48,16 +44,14 @@ std::vector<ControlPanel> privacyPanels()
 
 } // namespace
 
-bool XdgWorkspace::open(const QUrl& url)
-{
+bool XdgWorkspace::open(const QUrl& url) {
     if (!isWebLink(url) && !hasHandler(url.scheme())) {
         return false;
     }
     return QDesktopServices::openUrl(url);
 }
 
-bool XdgWorkspace::openPrivacyPanel()
-{
+bool XdgWorkspace::openPrivacyPanel() {
     for (const ControlPanel& panel : privacyPanels()) {
         const QString program = QStandardPaths::findExecutable(panel.program);
         if (!program.isEmpty()) {
@@ -67,6 +61,8 @@ bool XdgWorkspace::openPrivacyPanel()
     return false;
 }
 
-void XdgWorkspace::beep() { QApplication::beep(); }
+void XdgWorkspace::beep() {
+    QApplication::beep();
+}
 
 } // namespace snapvane::xdg

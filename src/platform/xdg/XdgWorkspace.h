@@ -5,8 +5,7 @@
 namespace snapvane::xdg {
 
 /// The desktop's openers. Owned by the platform; main thread.
-class XdgWorkspace : public Workspace
-{
+class XdgWorkspace : public Workspace {
 public:
     bool open(const QUrl& url) override;
     bool openPrivacyPanel() override;

@@ -1,0 +1,120 @@
+"""clang-tidy over every compiled file of src/, tests/ and bench/; unchanged files cost nothing.
+
+A file that passed leaves a stamp in build/tidy-cache, named after a hash of all that the verdict
+depends on: its text and command, our headers that it includes, .clang-tidy and the tool's version.
+"""
+
+import concurrent.futures
+import hashlib
+import json
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+import includes
+import sources
+
+TOOL = "clang-tidy-16"
+JOBS = 2
+DATABASE = sources.ROOT / "build/release/compile_commands.json"
+CACHE = sources.ROOT / "build/tidy-cache"
+FOLDERS = ("src", "tests", "bench")
+# What g++ understands and clang does not; and warnings, which are the compiler's business.
+_FOREIGN_OPTIONS = re.compile(r"-W[^l].*|-fcoroutines|-fconcepts.*|-fpch-preprocess|-fanalyzer"
+                              r"|-fno-semantic-interposition|-mno-direct-extern-access")
+
+
+def clang_arguments(arguments):
+    """A g++ command without the launcher, the precompiled header and g++'s own options."""
+    out, waiting = [], list(arguments)
+    if waiting and pathlib.PurePath(waiting[0]).name == "ccache":
+        waiting.pop(0)
+    while waiting:
+        argument = waiting.pop(0)
+        if argument == "-include" and waiting and "cmake_pch" in waiting[0]:
+            waiting.pop(0)
+        elif not _FOREIGN_OPTIONS.fullmatch(argument):
+            out.append(argument)
+    return out
+
+
+def rewritten(entries, root):
+    """The compile commands of our own source files, for clang; generated files are left out."""
+    out = {}
+    for entry in entries:
+        file = pathlib.Path(entry["directory"], entry["file"])
+        if not file.is_relative_to(root):
+            continue
+        path = str(file.relative_to(root))
+        if path.split("/")[0] in FOLDERS and file.suffix == ".cpp":
+            arguments = entry.get("arguments") or shlex.split(entry["command"])
+            out[path] = {"directory": entry["directory"], "file": str(file),
+                         "arguments": clang_arguments(arguments)}
+    return out
+
+
+def _digest(*parts):
+    hashed = hashlib.sha256()
+    for part in parts:
+        hashed.update(part.encode() + b"\0")
+    return hashed.hexdigest()
+
+
+def fingerprint(path, entry, files, graph, common):
+    """The hash of all that the verdict about one file depends on."""
+    headers = sorted(includes.reachable(path, graph))
+    texts = [part for name in headers for part in (name, files[name])]
+    return _digest(common, path, files[path], json.dumps(entry), *texts)
+
+
+def _run(path):
+    command = [TOOL, "--quiet", "-p", str(CACHE), str(sources.ROOT / path)]
+    return subprocess.run(command, cwd=sources.ROOT, check=False, text=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+
+
+def _prepare():
+    """The commands by path, each file's stamp, and a database that clang-tidy can read."""
+    commands = rewritten(json.loads(DATABASE.read_text()), sources.ROOT)
+    CACHE.mkdir(parents=True, exist_ok=True)
+    (CACHE / "compile_commands.json").write_text(json.dumps(list(commands.values()), indent=1))
+    version = subprocess.run([TOOL, "--version"], check=True, capture_output=True, text=True)
+    common = _digest(version.stdout, sources.read(".clang-tidy") or "")
+    files = sources.cpp_files(*FOLDERS)
+    graph = includes.graph_of(files)
+    return {path: CACHE / f"{fingerprint(path, entry, files, graph, common)}.ok"
+            for path, entry in commands.items() if path in files}
+
+
+def _drop_stale(stamps):
+    for stamp in CACHE.glob("*.ok"):
+        if stamp not in stamps:
+            stamp.unlink()
+
+
+def main():
+    if not DATABASE.exists():
+        print(f"{DATABASE.relative_to(sources.ROOT)} is missing: configure the release preset first")
+        return 1
+    stamps = _prepare()
+    missing = sorted(path for path in sources.cpp_files("src")
+                     if path.endswith(".cpp") and path not in stamps)
+    for path in missing:
+        print(f"{path}:1: is compiled by no target, so nothing checks it")
+    _drop_stale(set(stamps.values()))
+    failed = bool(missing)
+    waiting = [path for path, stamp in sorted(stamps.items()) if not stamp.exists()]
+    with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:
+        for path, result in zip(waiting, pool.map(_run, waiting)):
+            if result.returncode == 0:
+                stamps[path].touch()
+            else:
+                failed = True
+                print(f"clang-tidy {path}\n{result.stdout}", flush=True)
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
