@@ -1,17 +1,20 @@
 """clang-tidy over every compiled file of src/, tests/ and bench/; unchanged files cost nothing.
 
-A file that passed leaves a stamp in build/tidy-cache, named after a hash of all that the verdict
-depends on: its text and command, our headers that it includes, .clang-tidy and the tool's version.
+A file that passed leaves a stamp in the user's cache folder, as compilations do in ccache's, so that
+another clone need not look again. It is named after a hash of all that the verdict depends on: the
+file's text and command, our headers that it includes, .clang-tidy and the tool's version.
 """
 
 import concurrent.futures
 import hashlib
 import json
+import os
 import pathlib
 import re
 import shlex
 import subprocess
 import sys
+import time
 
 import includes
 import sources
@@ -19,8 +22,13 @@ import sources
 TOOL = "clang-tidy-16"
 JOBS = 2
 DATABASE = sources.ROOT / "build/release/compile_commands.json"
-CACHE = sources.ROOT / "build/tidy-cache"
+COMMANDS = sources.ROOT / "build/tidy"
+STAMPS = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache",
+                      "snapvane-tidy")
+STAMP_LIFETIME_SECONDS = 60 * 24 * 3600
 FOLDERS = ("src", "tests", "bench")
+# What stands before the compiler; the variables that env sets for ccache are dropped with it.
+LAUNCHERS = ("env", "ccache")
 # What g++ understands and clang does not; and warnings, which are the compiler's business.
 _FOREIGN_OPTIONS = re.compile(r"-W[^l].*|-fcoroutines|-fconcepts.*|-fpch-preprocess|-fanalyzer"
                               r"|-fno-semantic-interposition|-mno-direct-extern-access")
@@ -29,7 +37,7 @@ _FOREIGN_OPTIONS = re.compile(r"-W[^l].*|-fcoroutines|-fconcepts.*|-fpch-preproc
 def clang_arguments(arguments):
     """A g++ command without the launcher, the precompiled header and g++'s own options."""
     out, waiting = [], list(arguments)
-    if waiting and pathlib.PurePath(waiting[0]).name == "ccache":
+    while waiting and ("=" in waiting[0] or pathlib.PurePath(waiting[0]).name in LAUNCHERS):
         waiting.pop(0)
     while waiting:
         argument = waiting.pop(0)
@@ -66,11 +74,13 @@ def fingerprint(path, entry, files, graph, common):
     """The hash of all that the verdict about one file depends on."""
     headers = sorted(includes.reachable(path, graph))
     texts = [part for name in headers for part in (name, files[name])]
-    return _digest(common, path, files[path], json.dumps(entry), *texts)
+    # The clone's own place means nothing.
+    command = json.dumps(entry).replace(str(sources.ROOT), "")
+    return _digest(common, path, files[path], command, *texts)
 
 
 def _run(path):
-    command = [TOOL, "--quiet", "-p", str(CACHE), str(sources.ROOT / path)]
+    command = [TOOL, "--quiet", "-p", str(COMMANDS), str(sources.ROOT / path)]
     return subprocess.run(command, cwd=sources.ROOT, check=False, text=True,
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
@@ -78,20 +88,21 @@ def _run(path):
 def _prepare():
     """The commands by path, each file's stamp, and a database that clang-tidy can read."""
     commands = rewritten(json.loads(DATABASE.read_text()), sources.ROOT)
-    CACHE.mkdir(parents=True, exist_ok=True)
-    (CACHE / "compile_commands.json").write_text(json.dumps(list(commands.values()), indent=1))
+    COMMANDS.mkdir(parents=True, exist_ok=True)
+    STAMPS.mkdir(parents=True, exist_ok=True)
+    (COMMANDS / "compile_commands.json").write_text(json.dumps(list(commands.values()), indent=1))
     version = subprocess.run([TOOL, "--version"], check=True, capture_output=True, text=True)
     common = _digest(version.stdout, sources.read(".clang-tidy") or "")
     files = sources.cpp_files(*FOLDERS)
     graph = includes.graph_of(files)
-    return {path: CACHE / f"{fingerprint(path, entry, files, graph, common)}.ok"
+    return {path: STAMPS / f"{fingerprint(path, entry, files, graph, common)}.ok"
             for path, entry in commands.items() if path in files}
 
 
-def _drop_stale(stamps):
-    for stamp in CACHE.glob("*.ok"):
-        if stamp not in stamps:
-            stamp.unlink()
+def _drop_old():
+    for stamp in STAMPS.glob("*.ok"):
+        if time.time() - stamp.stat().st_mtime > STAMP_LIFETIME_SECONDS:
+            stamp.unlink(missing_ok=True)
 
 
 def main():
@@ -103,7 +114,7 @@ def main():
                      if path.endswith(".cpp") and path not in stamps)
     for path in missing:
         print(f"{path}:1: is compiled by no target, so nothing checks it")
-    _drop_stale(set(stamps.values()))
+    _drop_old()
     failed = bool(missing)
     waiting = [path for path, stamp in sorted(stamps.items()) if not stamp.exists()]
     with concurrent.futures.ThreadPoolExecutor(JOBS) as pool:

@@ -78,7 +78,8 @@ class Tidy(Folder):
         super().setUp()
         self.write(".clang-tidy", "Checks: '-*,modernize-use-nullptr'\nWarningsAsErrors: '*'\n")
         self.patch(sources, "ROOT", self.root)
-        self.patch(tidy, "CACHE", self.root / "build/tidy-cache")
+        self.patch(tidy, "COMMANDS", self.root / "build/tidy")
+        self.patch(tidy, "STAMPS", self.root / "stamps")
         self.patch(tidy, "DATABASE", self.root / "build/release/compile_commands.json")
         subprocess.run(["git", "init", "-q", str(self.root)], check=True)
 
@@ -89,7 +90,7 @@ class Tidy(Folder):
 
     def test_g_plus_plus_options_are_dropped(self):
         self.assertEqual(
-            tidy.clang_arguments(["ccache", "g++", "-Winvalid-pch", "-Werror", "-include", "/b/cmake_pch.hxx",
+            tidy.clang_arguments(["env", "CCACHE_X=1", "ccache", "g++", "-Winvalid-pch", "-Werror", "-include", "/b/cmake_pch.hxx",
                                   "-include", "other.h", "-fcoroutines", "-O2", "-c", "a.cpp"]),
             ["g++", "-include", "other.h", "-O2", "-c", "a.cpp"])
 
@@ -113,6 +114,14 @@ class Tidy(Folder):
                       fingerprint({"src/base/A.cpp": '#include "base/A.h"\n\n'}),
                       fingerprint(common="15")):
             self.assertNotEqual(same, other)
+
+    def test_fingerprint_is_the_same_in_another_clone(self):
+        def fingerprint(root):
+            with mock.patch.object(sources, "ROOT", pathlib.Path(root)):
+                return tidy.fingerprint("src/base/A.cpp", {"arguments": f"g++ -I{root}/src"},
+                                        {"src/base/A.cpp": ""}, {"src/base/A.cpp": []}, "16")
+
+        self.assertEqual(fingerprint("/one"), fingerprint("/two/three"))
 
     def test_bad_file_fails_each_time_and_good_one_runs_once(self):
         source = self.write("src/base/A.cpp", "int* a = 0;\n")
