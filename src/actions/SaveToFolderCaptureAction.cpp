@@ -28,9 +28,22 @@ void createFolder(const QString& path) {
     }
 }
 
+/// A write that stops half-way tells why only when the rest is tried.
+bool writeAll(QSaveFile& file, const QByteArray& bytes) {
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0) {
+            return false;
+        }
+        done += written;
+    }
+    return true;
+}
+
 void writeFile(const QString& path, const QByteArray& bytes) {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, bytes) || !file.commit()) {
         throw FileError(path, file.errorString());
     }
 }

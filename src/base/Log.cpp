@@ -35,6 +35,10 @@ Level levelOf(QtMsgType type) {
 }
 
 bool hasJournal() {
+    // Qt's own switch for those who want to read along.
+    if (qEnvironmentVariableIntValue("QT_FORCE_STDERR_LOGGING") == 1) {
+        return false;
+    }
     struct stat socket = {};
     return stat("/run/systemd/journal/socket", &socket) == 0 && S_ISSOCK(socket.st_mode);
 }

@@ -25,6 +25,26 @@ QByteArray contentsOf(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// True when the file is none of ours: it holds zero bytes, or a line that is no section, entry,
+/// comment or continuation of an entry. The library that reads it drops most of that without a word
+/// and would write the file anew without it.
+bool isDamaged(const QByteArray& contents) {
+    if (contents.contains('\0')) {
+        return true;
+    }
+    bool continues = false;
+    for (const QByteArray& rawLine : contents.split('\n')) {
+        const QByteArray line = rawLine.trimmed();
+        const bool section = line.startsWith('[') && line.endsWith(']');
+        const bool comment = line.startsWith(';') || line.startsWith('#');
+        if (!continues && !line.isEmpty() && !section && !comment && line.indexOf('=') < 1) {
+            return true;
+        }
+        continues = line.endsWith('\\') && !comment;
+    }
+    return false;
+}
+
 /// The first free name among file.bak, file.bak.1, …; empty when one of them holds that very
 /// content already, as it does when the program starts again before anything was written.
 QString backupPathFor(const QString& path) {
@@ -42,7 +62,7 @@ QString backupPathFor(const QString& path) {
 } // namespace
 
 UserDefaults::UserDefaults(const QString& path) : m_settings(path, QSettings::IniFormat) {
-    if (m_settings.status() == QSettings::FormatError) {
+    if (m_settings.status() == QSettings::FormatError || isDamaged(contentsOf(path))) {
         keepDamagedFileAside();
     } else if (m_settings.status() == QSettings::AccessError) {
         preferencesLog().error(QStringLiteral("The preferences cannot be read: %1").arg(path));

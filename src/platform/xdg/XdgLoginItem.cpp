@@ -60,7 +60,8 @@ void XdgLoginItem::registerItem() {
     const QString path = entryPath();
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(entryText()) < 0 || !file.commit()) {
+    const QByteArray text = entryText();
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
         throw failure(path, file.errorString());
     }
 }

@@ -1,0 +1,50 @@
+#include "platform/null/NullPlatform.h"
+
+#include "base/Await.h"
+#include "platform/PlatformError.h"
+
+#include <gtest/gtest.h>
+
+#include <QWidget>
+
+namespace snapvane {
+
+TEST(NullCapturer, AnswersEveryQueryAlike) {
+    null::NullCapturer capturer;
+    capturer.content.displays = {{1, {{0, 0}, {10, 10}}}, {2, {{10, 0}, {10, 10}}}};
+    for (int i = 0; i < 3; ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(await(capturer.shareableContent({})).displays.size(), 2U);
+    }
+    EXPECT_EQ(capturer.queries.size(), 3U);
+}
+
+TEST(NullCapturer, DrawsThePictureThatWasAskedFor) {
+    null::NullCapturer capturer;
+    StreamConfiguration configuration;
+    configuration.outputSize = {30, 20};
+    EXPECT_EQ(await(capturer.screenshot({1}, configuration)).size(), QSize(30, 20));
+    capturer.screenshotFailure = std::make_exception_ptr(PlatformError(QStringLiteral("no")));
+    EXPECT_THROW(await(capturer.screenshot({1}, configuration)), PlatformError);
+}
+
+TEST(NullPanels, RememberWhetherTheyAreShown) {
+    null::NullPanels panels;
+    const auto panel = panels.create(std::make_unique<QWidget>(), {});
+    EXPECT_FALSE(panel->isVisible());
+    panel->showAt({10, 10});
+    EXPECT_TRUE(panel->isVisible());
+    panel->hide();
+    EXPECT_FALSE(panel->isVisible());
+}
+
+TEST(NullLoginItem, ThrowsWhenToldTo) {
+    null::NullLoginItem item;
+    item.registerItem();
+    EXPECT_TRUE(item.isRegistered());
+    item.failure = std::make_exception_ptr(PlatformError(QStringLiteral("no")));
+    EXPECT_THROW(item.unregisterItem(), PlatformError);
+    EXPECT_TRUE(item.isRegistered());
+}
+
+} // namespace snapvane
