@@ -1,5 +1,5 @@
-// The main function of unit tests: an application without a display, and a home folder of its own, so
-// that no test reads or writes what belongs to the user.
+// The main function of unit tests: an application without a display, and a home folder of its own,
+// so that no test reads or writes what belongs to the user.
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -8,12 +8,12 @@
 
 #include <cstdlib>
 
-int main(int argc, char* argv[])
-{
+int main(int argc, char* argv[]) {
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
-    for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME",
-                                 "DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY"}) {
+    for (const char* variable :
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR",
+          "DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY"}) {
         qunsetenv(variable);
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -2,12 +2,12 @@
 
 #include "actions/FileError.h"
 #include "base/Async.h"
+#include "base/AtomicFile.h"
 #include "base/Translation.h"
 #include "capture/CaptureFilename.h"
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 #include <filesystem>
 
@@ -28,23 +28,9 @@ void createFolder(const QString& path) {
     }
 }
 
-/// A write that stops half-way tells why only when the rest is tried.
-bool writeAll(QSaveFile& file, const QByteArray& bytes) {
-    qsizetype done = 0;
-    while (done < bytes.size()) {
-        const qint64 written = file.write(bytes.constData() + done, bytes.size() - done);
-        if (written <= 0) {
-            return false;
-        }
-        done += written;
-    }
-    return true;
-}
-
 void writeFile(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !writeAll(file, bytes) || !file.commit()) {
-        throw FileError(path, file.errorString());
+    if (const std::error_code error = writeFileAtomically(path, bytes)) {
+        throw FileError(path, error);
     }
 }
 

@@ -55,20 +55,26 @@ QCoro::Task<> CaptureCoordinator::handleSelection(std::optional<GlobalRect> rect
     if (!rect) {
         co_return;
     }
+    const QPointer<CaptureCoordinator> self(this);
+    const RunConfiguredAction runConfiguredAction = m_runConfiguredAction;
+    std::optional<CaptureResult> result;
     QString failure;
     try {
         auto capturing = m_captureRegion(*rect);
-        CaptureResult result = co_await capturing;
-        auto following = m_runConfiguredAction(std::move(result));
-        co_await following;
+        result = co_await capturing;
     } catch (const LocalizedError& error) {
         failure = error.localizedDescription();
     } catch (const std::exception& error) {
         failure = QString::fromUtf8(error.what());
     }
-    if (!failure.isNull()) {
-        report(failure);
+    if (!result) {
+        if (self) {
+            report(failure);
+        }
+        co_return;
     }
+    auto following = runConfiguredAction(*std::exchange(result, std::nullopt));
+    co_await following;
 }
 
 void CaptureCoordinator::report(const QString& description) {

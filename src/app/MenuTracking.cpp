@@ -4,7 +4,8 @@
 
 namespace snapvane {
 
-MenuTracking::MenuTracking(QMenu& menu) : m_menu(menu) {
+MenuTracking::MenuTracking(QMenu& menu, std::chrono::milliseconds longest)
+    : m_menu(menu), m_longest(longest) {
     m_limit.setSingleShot(true);
     connect(&m_menu, &QMenu::aboutToShow, this, &MenuTracking::open);
     connect(&m_menu, &QMenu::aboutToHide, this, &MenuTracking::close);
@@ -18,7 +19,7 @@ MenuTracking::MenuTracking(QMenu& menu) : m_menu(menu) {
 }
 
 void MenuTracking::open() {
-    m_limit.start(longestInMilliseconds);
+    m_limit.start(m_longest);
     if (!m_isOpen) {
         m_isOpen = true;
         Q_EMIT willOpen();

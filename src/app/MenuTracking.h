@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
+
 class QMenu;
 
 namespace snapvane {
@@ -14,9 +16,9 @@ class MenuTracking : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int longestInMilliseconds = 10'000;
-
-    explicit MenuTracking(QMenu& menu);
+    /// `longest` is how long a menu may stay open that its host never reports as closed.
+    explicit MenuTracking(QMenu& menu,
+                          std::chrono::milliseconds longest = std::chrono::seconds(10));
 
     bool isOpen() const { return m_isOpen; }
 
@@ -30,6 +32,7 @@ private:
 
     QMenu& m_menu;
     bool m_isOpen = false;
+    std::chrono::milliseconds m_longest;
     QTimer m_limit;
 };
 

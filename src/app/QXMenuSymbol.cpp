@@ -56,7 +56,7 @@ QIcon imageOrPlaceholder(const QString& symbolName) {
 }
 
 bool needsPreferredImageVisibility(const std::optional<QVersionNumber>& systemVersion) {
-    return systemVersion && *systemVersion >= QVersionNumber(27, 0, 0);
+    return systemVersion && *systemVersion >= QVersionNumber(27);
 }
 
 } // namespace snapvane::QXMenuSymbol

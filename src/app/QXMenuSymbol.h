@@ -21,6 +21,7 @@ QString symbolName(Symbol symbol);
 QString accessibilityDescription(Symbol symbol);
 
 /// The symbol as a template image for a menu, or nothing when there is no drawing of that name.
+/// Menus show it 16 points high, the height of a symbol that goes with 14-point text.
 std::optional<QIcon> makeImage(Symbol symbol);
 std::optional<QIcon> makeImage(const QString& symbolName);
 

@@ -13,6 +13,7 @@
 #include "selection/AppPreferences.h"
 
 #include <QApplication>
+#include <QThreadPool>
 
 #include <malloc.h>
 
@@ -54,7 +55,8 @@ void describeApplication() {
     QApplication::setDesktopFileName(QLatin1String(applicationIdentifier));
     // Closing an alert or the settings must not end an agent.
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(applicationIdentifier)));
+    QApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(applicationIdentifier),
+                                                 QIcon(QStringLiteral(":/icons/application.svg"))));
 }
 
 int runOn(Platform& platform, const Log& log) {
@@ -78,7 +80,12 @@ int runOn(Platform& platform, const Log& log) {
                      [&delegate] { delegate.applicationWillTerminate(); });
     QMetaObject::invokeMethod(
         qApp, [&delegate] { delegate.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    // What still uses the platform ends before the platform does: an open selection, and a file
+    // that is being written.
+    CaptureCoordinator::shared().overlayController().dismiss();
+    QThreadPool::globalInstance()->waitForDone();
+    return status;
 }
 
 } // namespace

@@ -11,6 +11,8 @@ QCoro::Task<> supervised(QCoro::Task<> task) {
         co_await task;
     } catch (const std::exception& error) {
         programError(error.what());
+    } catch (...) {
+        programError("a task ended with something that is no exception");
     }
 }
 

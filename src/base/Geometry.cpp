@@ -49,11 +49,6 @@ GlobalRect GlobalRect::offsetBy(double dx, double dy) const {
     return {{origin.x + dx, origin.y + dy}, size};
 }
 
-GlobalRect GlobalRect::grownBy(double distance) const {
-    return {{minX() - distance, minY() - distance},
-            {width() + 2 * distance, height() + 2 * distance}};
-}
-
 bool GlobalRect::contains(GlobalPoint point) const {
     return point.x >= minX() && point.x < maxX() && point.y >= minY() && point.y < maxY();
 }
@@ -87,11 +82,6 @@ GlobalRect rectBetween(GlobalPoint a, GlobalPoint b) {
 bool DeviceRect::contains(DevicePoint point) const {
     return point.x >= origin.x && point.x < origin.x + size.width && point.y >= origin.y &&
            point.y < origin.y + size.height;
-}
-
-bool DeviceRect::intersects(const DeviceRect& other) const {
-    return QRect(origin.x, origin.y, size.width, size.height)
-        .intersects(QRect(other.origin.x, other.origin.y, other.size.width, other.size.height));
 }
 
 } // namespace snapvane

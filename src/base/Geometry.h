@@ -46,8 +46,6 @@ struct GlobalRect {
     GlobalRect standardized() const;
     /// Moved by the given distances.
     GlobalRect offsetBy(double dx, double dy) const;
-    /// Grown by `distance` on every side; shrunk when it is negative.
-    GlobalRect grownBy(double distance) const;
     /// Half open: points on the left and bottom borders are inside, those on the right and top
     /// borders are not.
     bool contains(GlobalPoint point) const;
@@ -108,7 +106,6 @@ struct DeviceRect {
     PixelSize size;
 
     bool contains(DevicePoint point) const;
-    bool intersects(const DeviceRect& other) const;
 
     friend bool operator==(const DeviceRect&, const DeviceRect&) = default;
 };

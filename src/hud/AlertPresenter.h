@@ -21,8 +21,8 @@ class AlertPresenter {
 public:
     virtual ~AlertPresenter() = default;
 
-    /// Shows the alert and returns when the user has answered: the index of the button, or −1 when
-    /// the alert was dismissed in another way.
+    /// Shows the alert and returns when the user has answered: the index of the button. Escape
+    /// counts as the last one; −1 when the alert went without an answer.
     virtual int present(const Alert& alert) = 0;
 };
 

@@ -6,7 +6,10 @@
 namespace snapvane::PlatformLoader {
 
 Choice choose() {
-    const QString wanted = qEnvironmentVariable("SNAPVANE_PLATFORM", QStringLiteral("x11"));
+    QString wanted = qEnvironmentVariable("SNAPVANE_PLATFORM");
+    if (wanted.isEmpty()) {
+        wanted = QStringLiteral("x11");
+    }
     Choice choice;
     if (wanted == QLatin1String("x11")) {
         choice.backend = Choice::Backend::X11;

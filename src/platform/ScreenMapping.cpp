@@ -101,7 +101,8 @@ PointerPlace pointerPlace(const ScreenList& screens, DevicePoint position) {
                             screenAt(screens, {pixel.x + 1, pixel.y}) == nullptr;
     const bool lastRow = row == screen.nativeSize().height - 1 &&
                          screenAt(screens, {pixel.x, pixel.y + 1}) == nullptr;
-    const double bottom = screen.frame.maxY() - (row + 1) / scale;
+    // Rounding may put the lower edge of the last row a hair below the screen.
+    const double bottom = std::max(screen.frame.maxY() - (row + 1) / scale, screen.frame.minY());
     return {{lastColumn ? screen.frame.maxX() : left, lastRow ? screen.frame.minY() : top},
             {left, bottom}};
 }

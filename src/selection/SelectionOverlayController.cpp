@@ -78,8 +78,8 @@ QCoro::Task<> SelectionOverlayController::presentWhenReady(std::int64_t token,
 }
 
 QCoro::Task<DisplaySnapshotList> SelectionOverlayController::takeSnapshots() {
-    auto taking = m_with.snapshots.captureAllDisplays();
     try {
+        auto taking = m_with.snapshots.captureAllDisplays();
         DisplaySnapshotList snapshots = co_await taking;
         co_return snapshots;
     } catch (const std::exception&) {

@@ -20,7 +20,7 @@ void keepMessage(QtMsgType, const QMessageLogContext& context, const QString& me
 
 /// A home folder and a log of its own for one test.
 class CapturePostActionExecutorTest : public ::testing::Test {
-protected:
+public:
     CapturePostActionExecutorTest() {
         qputenv("HOME", QFile::encodeName(m_home.path()));
         messages.clear();
@@ -31,6 +31,7 @@ protected:
         qputenv("HOME", m_homeBefore);
     }
 
+protected:
     static CaptureResult result() {
         CaptureResult capture;
         capture.pngData = "picture";

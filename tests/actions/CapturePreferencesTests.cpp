@@ -14,10 +14,11 @@ namespace {
 
 /// A home folder for one test.
 class CapturePreferencesTest : public ::testing::Test {
-protected:
+public:
     CapturePreferencesTest() { qputenv("HOME", QFile::encodeName(m_home.path())); }
     ~CapturePreferencesTest() override { qputenv("HOME", m_homeBefore); }
 
+protected:
     QString inHome(const char* path) const { return m_home.filePath(QString::fromUtf8(path)); }
 
     void writeUserFolders(const QByteArray& lines) const {

@@ -210,7 +210,8 @@ TEST_F(SaveToFolderTest, WritesOnTheThreadPool) {
     SaveToFolderCaptureAction action(m_root.path());
     auto saving = action.perform(captureOf("picture"));
     for (int i = 0; i < 20; ++i) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        QCoreApplication::processEvents();
+        QThread::msleep(5);
     }
     EXPECT_FALSE(saving.isReady());
     EXPECT_EQ(entries(m_root.path()), QStringList());

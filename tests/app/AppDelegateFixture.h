@@ -14,12 +14,14 @@ namespace snapvane::testing {
 
 /// A delegate on a desktop in memory, with everything that it starts recorded in one journal.
 class DelegateTest : public ::testing::Test {
-protected:
-    DelegateTest() { preferences.setShowSelectionMagnifier(false); }
+public:
     ~DelegateTest() override {
         captures.captureGate.openAll();
         settle();
     }
+
+protected:
+    DelegateTest() { preferences.setShowSelectionMagnifier(false); }
 
     void launch(bool access = true) {
         platform.capturer().access = access;

@@ -20,6 +20,13 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
 class CaptureCoordinatorTest : public ::testing::Test {
+public:
+    ~CaptureCoordinatorTest() override {
+        captures.captureGate.openAll();
+        captures.actionGate.openAll();
+        testing::settle();
+    }
+
 protected:
     CaptureCoordinatorTest() {
         screens.screens = testing::twoScreens();
@@ -29,11 +36,6 @@ protected:
             captures.region(),
             captures.action(),
             alerts});
-    }
-    ~CaptureCoordinatorTest() override {
-        captures.captureGate.openAll();
-        captures.actionGate.openAll();
-        testing::settle();
     }
 
     /// One whole selection, from the request to the release.
@@ -105,6 +107,10 @@ struct FailureCase {
     const char* name;
     std::exception_ptr failure;
     const char* text;
+
+    friend void PrintTo(const FailureCase& example, std::ostream* stream) {
+        *stream << example.name;
+    }
 };
 
 class FailingCapture : public CaptureCoordinatorTest,
@@ -162,7 +168,7 @@ std::vector<FailureCase> failureCases() {
 INSTANTIATE_TEST_SUITE_P(Table, FailingCapture, ::testing::ValuesIn(failureCases()),
                          [](const auto& example) { return std::string(example.param.name); });
 
-TEST_F(CaptureCoordinatorTest, ThePointLogLineComesBeforeTheAlert) {
+TEST_F(CaptureCoordinatorTest, TheLogLineComesBeforeTheAlert) {
     captures.failure = failure(CaptureServiceError::emptySelection());
     std::size_t linesBefore = 0;
     alerts.whileShown = [&] { linesBefore = log.lines().size(); };

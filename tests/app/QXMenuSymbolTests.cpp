@@ -1,6 +1,7 @@
 #include "app/QXMenuSymbol.h"
 
 #include "base/SystemColors.h"
+#include "selection/Required.h"
 
 #include <gmock/gmock.h>
 
@@ -48,9 +49,8 @@ int inkedPixels(const QImage& image) {
 
 TEST_P(QXMenuSymbolTable, HasADrawing) {
     const auto image = QXMenuSymbol::makeImage(example.symbol);
-    ASSERT_TRUE(image.has_value());
     for (const int side : {14, 16, 32}) {
-        const QPixmap pixmap = image->pixmap(side, side);
+        const QPixmap pixmap = testing::required(image).pixmap(side, side);
         EXPECT_EQ(pixmap.width(), side);
         EXPECT_GT(inkedPixels(pixmap.toImage()), side) << side;
     }
@@ -87,9 +87,8 @@ TEST(QXMenuSymbol, ThePlaceholderIsADiscInTheSecondaryLabelColour) {
 
 TEST(QXMenuSymbol, KnownNamesNeedNoPlaceholder) {
     const auto drawn = QXMenuSymbol::makeImage(QStringLiteral("power"));
-    ASSERT_TRUE(drawn.has_value());
     EXPECT_EQ(QXMenuSymbol::imageOrPlaceholder(QStringLiteral("power")).pixmap(16, 16).toImage(),
-              drawn->pixmap(16, 16).toImage());
+              testing::required(drawn).pixmap(16, 16).toImage());
 }
 
 TEST(QXMenuSymbol, OnlySystemsFrom27HaveToBeAskedToShowImages) {

@@ -22,8 +22,8 @@ using ::testing::Not;
 
 constexpr char journalSocket[] = "/run/systemd/journal/socket";
 
-// Everything below runs in a child process. What is wrong with the child's surroundings ends it with
-// a code of its own.
+// Everything below runs in a child process. What is wrong with the child's surroundings ends it
+// with a code of its own.
 constexpr int noPrivateFolder = 3;
 constexpr int noSocket = 4;
 constexpr int nothingReceived = 5;

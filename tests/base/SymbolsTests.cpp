@@ -1,7 +1,7 @@
 #include "base/Symbols.h"
 
-#include "base/SystemColors.h"
 #include "TestPalette.h"
+#include "base/SystemColors.h"
 
 #include <gtest/gtest.h>
 
@@ -13,10 +13,21 @@ namespace snapvane {
 namespace {
 
 constexpr const char* symbolNames[] = {
-    "arrow.up.doc", "arrow.up.right",     "camera.viewfinder",     "doc.on.clipboard",
-    "folder",       "gearshape",          "globe",                 "hand.raised",
-    "info.circle",  "plus.viewfinder",    "power",                 "square.and.arrow.down",
-    "viewfinder",   "square.stack.3d.up", "xmark.circle",
+    "arrow.up.doc",
+    "arrow.up.right",
+    "camera.viewfinder",
+    "doc.on.clipboard",
+    "folder",
+    "gearshape",
+    "globe",
+    "hand.raised",
+    "info.circle",
+    "plus.viewfinder",
+    "power",
+    "square.and.arrow.down",
+    "viewfinder",
+    "square.stack.3d.up",
+    "xmark.circle",
 };
 
 QString nameOf(const char* name) {

@@ -39,11 +39,11 @@ TEST(UserDefaults, ReadsBooleansAsTheFileHasThem) {
         const char* text;
         bool value;
     };
-    const Case cases[] = {
-        {"true", true}, {"false", false}, {"TRUE", true},  {"False", false}, {"YES", true},
-        {"yes", true},  {"NO", false},    {"1", true},     {"0", false},     {"2", true},
-        {"-1", true},   {"0.5", true},    {"0.0", false},  {"1.0", true},    {"", false},
-        {"on", false},  {"maybe", false}, {"  true", true}};
+    const Case cases[] = {{"true", true},   {"false", false}, {"TRUE", true}, {"False", false},
+                          {"YES", true},    {"yes", true},    {"NO", false},  {"1", true},
+                          {"0", false},     {"2", true},      {"-1", true},   {"0.5", true},
+                          {"0.0", false},   {"1.0", true},    {"", false},    {"on", false},
+                          {"maybe", false}, {"  true", true}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
         const PreferencesFile file;
@@ -85,9 +85,8 @@ TEST(UserDefaults, ReadsNumbersAsTheFileHasThem) {
         const char* text;
         double value;
     };
-    const Case cases[] = {{"0.25", 0.25}, {"7", 7},       {"true", 1},   {"false", 0},
-                          {"1e-1", 0.1},  {"half", 0},    {"", 0},       {"0,25", 0},
-                          {"-3.5", -3.5}, {"\"0.5\"", 0.5}};
+    const Case cases[] = {{"0.25", 0.25}, {"7", 7}, {"true", 1}, {"false", 0},   {"1e-1", 0.1},
+                          {"half", 0},    {"", 0},  {"0,25", 0}, {"-3.5", -3.5}, {"\"0.5\"", 0.5}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text);
         const PreferencesFile file;

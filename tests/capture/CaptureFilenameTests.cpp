@@ -15,12 +15,13 @@ namespace {
 
 /// The process's time zone and locale for one test.
 class CaptureFilenameTest : public ::testing::Test {
-protected:
+public:
     ~CaptureFilenameTest() override {
         QLocale::setDefault(m_locale);
         setZone(m_zone);
     }
 
+protected:
     static void setZone(const QByteArray& zone) {
         if (zone.isEmpty()) {
             qunsetenv("TZ");

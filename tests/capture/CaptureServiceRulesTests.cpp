@@ -74,9 +74,9 @@ TEST(CaptureServiceRules, TakeTheScaleOfTheFirstScreenThatOverlaps) {
 
 TEST(CaptureServiceRules, FallBackToTheMainScreensScaleAndThenTo2) {
     const GlobalRect nowhere = {{9000, 9000}, {50, 50}};
-    EXPECT_EQ(CaptureService::backingScaleFactor(nowhere,
-                                                 {screenOf(left, 1.75), screenOf(right, 1)}),
-              1.75);
+    EXPECT_EQ(
+        CaptureService::backingScaleFactor(nowhere, {screenOf(left, 1.75), screenOf(right, 1)}),
+        1.75);
     EXPECT_EQ(CaptureService::backingScaleFactor(nowhere, {}), 2.0);
     EXPECT_EQ(CaptureService::backingScaleFactor(left, {}), 2.0);
 }
@@ -97,9 +97,8 @@ TEST(CaptureServiceRulesDeathTest, StopAtAnOutputSizeThatIsNoNumber) {
 }
 
 TEST(CaptureServiceRules, ConfigureTheScreenshotRelativeToTheDisplay) {
-    const auto configuration =
-        CaptureService::configuration({{2000, 30.5}, {101, 50}}, {7, {{1920, -56}, {1280, 1024}}},
-                                      1.5);
+    const auto configuration = CaptureService::configuration({{2000, 30.5}, {101, 50}},
+                                                             {7, {{1920, -56}, {1280, 1024}}}, 1.5);
     EXPECT_EQ(configuration.sourceRect, (GlobalRect{{80, 86.5}, {101, 50}}));
     EXPECT_EQ(configuration.outputSize, (PixelSize{152, 75}));
     EXPECT_FALSE(configuration.showsCursor);
@@ -134,9 +133,9 @@ TEST(CaptureServiceRules, AskForExactlyThePixelsThatWereDragged) {
         SCOPED_TRACE(::testing::Message() << "run " << i << " scale " << scale);
         const auto configuration =
             CaptureService::configuration(drag, {screen.id, screen.frame}, scale);
-        EXPECT_EQ(ScreenMapping::sourcePixels(screen, configuration.sourceRect,
-                                              configuration.outputSize),
-                  ScreenMapping::pixelRect(screen, drag));
+        EXPECT_EQ(
+            ScreenMapping::sourcePixels(screen, configuration.sourceRect, configuration.outputSize),
+            ScreenMapping::pixelRect(screen, drag));
     }
 }
 

@@ -123,8 +123,7 @@ TEST_F(CaptureServiceTest, FailsOutsideEveryDisplay) {
     for (const GlobalRect& rect :
          {GlobalRect{{9000, 9000}, {40, 40}}, GlobalRect{{100, 1080}, {40, 40}},
           GlobalRect{{-40, 100}, {40, 40}}}) {
-        expectFailure(rect, Case::noMatchingDisplay,
-                      "The selection does not intersect a display.");
+        expectFailure(rect, Case::noMatchingDisplay, "The selection does not intersect a display.");
     }
     EXPECT_TRUE(m_capturer.shots.empty());
 }
@@ -137,8 +136,7 @@ TEST_F(CaptureServiceTest, RejectsWhatClippingLeavesTooSmall) {
     expectTooSmall({{100, 1078}, {100, 40}});
     expectTooSmall({{-96.1, 100}, {100, 40}});
     EXPECT_TRUE(m_capturer.shots.empty());
-    EXPECT_EQ(capture({{-96, 100}, {100, 40}}).globalCaptureRect,
-              (GlobalRect{{0, 100}, {4, 40}}));
+    EXPECT_EQ(capture({{-96, 100}, {100, 40}}).globalCaptureRect, (GlobalRect{{0, 100}, {4, 40}}));
 }
 
 TEST_F(CaptureServiceTest, PassesAFailingScreenshotThroughUnchanged) {

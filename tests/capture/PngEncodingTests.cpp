@@ -27,8 +27,8 @@ std::vector<Chunk> chunksOf(const QByteArray& png) {
     }
     qsizetype position = 8;
     while (position + 12 <= png.size()) {
-        const auto length = static_cast<qsizetype>(
-            qFromBigEndian<quint32>(png.constData() + position));
+        const auto length =
+            static_cast<qsizetype>(qFromBigEndian<quint32>(png.constData() + position));
         if (position + 12 + length > png.size()) {
             return {};
         }
@@ -103,13 +103,11 @@ TEST(PngEncoding, IsReadAlikeByAnotherDecoder) {
     file.write(pngData(image));
     file.close();
     QProcess convert;
-    convert.start(QStringLiteral("convert"),
-                  {file.fileName(), QStringLiteral("-depth"), QStringLiteral("8"),
-                   QStringLiteral("rgba:-")});
+    convert.start(QStringLiteral("convert"), {file.fileName(), QStringLiteral("-depth"),
+                                              QStringLiteral("8"), QStringLiteral("rgba:-")});
     ASSERT_TRUE(convert.waitForFinished()) << convert.errorString().toStdString();
     EXPECT_EQ(convert.exitCode(), 0) << convert.readAllStandardError().toStdString();
-    const QByteArray pixels(reinterpret_cast<const char*>(image.constBits()),
-                            image.sizeInBytes());
+    const QByteArray pixels(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes());
     EXPECT_EQ(convert.readAllStandardOutput(), pixels);
 }
 

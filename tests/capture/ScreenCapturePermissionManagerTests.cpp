@@ -57,8 +57,8 @@ TEST_F(PermissionTest, SaysWhatIsMissingAndWhatToDo) {
                              "display. Grant access in System Settings under Privacy & Security "
                              "\u2192 Screen & System Audio Recording, then restart the app if "
                              "needed."));
-    EXPECT_EQ(alert.buttons, (QStringList{QStringLiteral("Open System Settings"),
-                                          QStringLiteral("Not Now")}));
+    EXPECT_EQ(alert.buttons,
+              (QStringList{QStringLiteral("Open System Settings"), QStringLiteral("Not Now")}));
 }
 
 TEST_F(PermissionTest, IsShownOnceUnlessForced) {

@@ -53,7 +53,7 @@ struct ForeignPicture {
     QImage image() { return {memory, width, height, stride, format}; }
 
     QImage::Format format;
-    uchar memory[stride * height];
+    uchar memory[stride * height] = {};
 };
 
 } // namespace

@@ -30,7 +30,8 @@ PixelLayout layoutOf(int bitsPerPixel, const Masks& masks, bool mostSignificantF
     return layout;
 }
 
-/// The pixels as the server would store them, with rubbish between the rows' ends and the padding's.
+/// The pixels as the server would store them, with rubbish between the rows' ends and the
+/// padding's.
 std::vector<std::uint8_t> stored(const std::vector<std::vector<std::uint32_t>>& rows,
                                  const PixelLayout& layout) {
     std::vector<std::uint8_t> bytes;

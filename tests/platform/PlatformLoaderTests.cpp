@@ -12,11 +12,13 @@ using Backend = PlatformLoader::Choice::Backend;
 
 /// The environment's word on the platform for one test. There is no display in it.
 class PlatformLoaderTest : public ::testing::Test {
-protected:
+public:
     ~PlatformLoaderTest() override {
         qunsetenv("SNAPVANE_PLATFORM");
         qunsetenv("DISPLAY");
     }
+
+protected:
 };
 
 } // namespace
@@ -56,9 +58,9 @@ TEST_F(PlatformLoaderTest, RefusesPlatformsThatThereAreNot) {
         SCOPED_TRACE(name);
         qputenv("SNAPVANE_PLATFORM", name);
         const auto choice = PlatformLoader::choose();
-        EXPECT_EQ(choice.obstacle,
-                  QStringLiteral("SNAPVANE_PLATFORM: there is no platform \"") +
-                      QString::fromLatin1(name) + QStringLiteral("\" here; x11 and null are."));
+        EXPECT_EQ(choice.obstacle, QStringLiteral("SNAPVANE_PLATFORM: there is no platform \"") +
+                                       QString::fromLatin1(name) +
+                                       QStringLiteral("\" here; x11 and null are."));
     }
 }
 

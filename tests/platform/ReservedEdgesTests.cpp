@@ -24,10 +24,13 @@ Strut strut(Strut::Field edge, std::uint32_t reach, std::uint32_t from, std::uin
 }
 
 struct Case {
-    const char* name;
+    const char* name = nullptr;
     Strut strut;
     DeviceRect screen;
-    int left, right, top, bottom;
+    int left = 0;
+    int right = 0;
+    int top = 0;
+    int bottom = 0;
 };
 
 const Case cases[] = {

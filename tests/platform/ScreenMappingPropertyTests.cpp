@@ -36,10 +36,10 @@ public:
         const DevicePoint origin = screen.nativeFrame.origin;
         const PixelSize size = screen.nativeSize();
         // Borders more often than chance would have them.
-        const int x = number(0, 3) == 0 ? (number(0, 1) * (size.width - 1))
-                                        : number(0, size.width - 1);
-        const int y = number(0, 3) == 0 ? (number(0, 1) * (size.height - 1))
-                                        : number(0, size.height - 1);
+        const int x =
+            number(0, 3) == 0 ? (number(0, 1) * (size.width - 1)) : number(0, size.width - 1);
+        const int y =
+            number(0, 3) == 0 ? (number(0, 1) * (size.height - 1)) : number(0, size.height - 1);
         return {origin.x + x, origin.y + y};
     }
 
@@ -69,8 +69,8 @@ TEST(ScreenMappingProperties, ADragSelectsExactlyThePixelsBetweenItsEnds) {
     Desktops desktops;
     for (int run = 0; run < 20'000; ++run) {
         const ScreenList screens = desktops.next();
-        const auto& screen =
-            screens[static_cast<std::size_t>(desktops.number(0, static_cast<int>(screens.size()) - 1))];
+        const auto& screen = screens[static_cast<std::size_t>(
+            desktops.number(0, static_cast<int>(screens.size()) - 1))];
         const DevicePoint a = desktops.pixelOf(screen);
         const DevicePoint b = desktops.pixelOf(screen);
         const GlobalRect drag = rectBetween(ScreenMapping::pointerPlace(screens, a).edge,
@@ -109,9 +109,9 @@ TEST(ScreenMappingProperties, ScreenshotsStayInsideTheirScreen) {
         const Screen screen = desktops.next().front();
         const PixelSize size = screen.nativeSize();
         const PixelSize output = {desktops.number(1, size.width), desktops.number(1, size.height)};
-        const GlobalRect local = {{desktops.number(-100, 3000) / 1.7, desktops.number(-100, 1500) / 1.7},
-                                  {output.width / screen.backingScale,
-                                   output.height / screen.backingScale}};
+        const GlobalRect local = {
+            {desktops.number(-100, 3000) / 1.7, desktops.number(-100, 1500) / 1.7},
+            {output.width / screen.backingScale, output.height / screen.backingScale}};
         const PixelRect source = ScreenMapping::sourcePixels(screen, local, output);
         ASSERT_EQ(source.width, output.width);
         ASSERT_EQ(source.height, output.height);

@@ -47,7 +47,8 @@ const Layout layouts[] = {
      {nativeScreen(1, {{0, 0}, {3840, 2160}}, 2), nativeScreen(2, {{3840, 0}, {1920, 1080}}, 1)},
      {{{0, 0}, {1920, 1080}}, {{3840, 0}, {1920, 1080}}}},
     {"dense second, lower",
-     {nativeScreen(1, {{0, 0}, {1920, 1080}}, 1), nativeScreen(2, {{1920, 100}, {3000, 2000}}, 1.25)},
+     {nativeScreen(1, {{0, 0}, {1920, 1080}}, 1),
+      nativeScreen(2, {{1920, 100}, {3000, 2000}}, 1.25)},
      {{{0, 0}, {1920, 1080}}, {{1920, 1080.0 - 100 - 1600}, {2400, 1600}}}},
 };
 
@@ -97,8 +98,8 @@ TEST(ScreenMapping, LeavesNothingVisibleWhereDocksTakeAll) {
 }
 
 TEST(ScreenMapping, FindsTheScreenOfAPixel) {
-    const ScreenList screens = layOut(
-        {nativeScreen(1, {{0, 0}, {100, 100}}), nativeScreen(2, {{100, 20}, {50, 50}})});
+    const ScreenList screens =
+        layOut({nativeScreen(1, {{0, 0}, {100, 100}}), nativeScreen(2, {{100, 20}, {50, 50}})});
     const auto idAt = [&screens](int x, int y) {
         const Screen* screen = ScreenMapping::screenAt(screens, {x, y});
         return screen != nullptr ? screen->id : 0;
@@ -115,11 +116,11 @@ TEST(ScreenMapping, FindsTheScreenOfAPixel) {
 
 TEST(ScreenMapping, TellsAPixelsPlaces) {
     // Pixels of the primary and, from column 100 on and 20 lower, of a screen of scale 2.
-    const ScreenList screens = layOut({nativeScreen(1, {{0, 0}, {100, 100}}, 1),
-                                       nativeScreen(2, {{100, 20}, {50, 50}}, 2)});
+    const ScreenList screens = layOut(
+        {nativeScreen(1, {{0, 0}, {100, 100}}, 1), nativeScreen(2, {{100, 20}, {50, 50}}, 2)});
     ASSERT_EQ(screens[1].frame, (GlobalRect{{100, 55}, {25, 25}}));
     struct Case {
-        const char* name;
+        const char* name = nullptr;
         DevicePoint position;
         GlobalPoint edge;
         GlobalPoint inside;
@@ -153,8 +154,8 @@ TEST(ScreenMapping, TellsAPixelsPlaces) {
 }
 
 TEST(ScreenMapping, AdjoinsTheScreenBelowAsWell) {
-    const ScreenList screens = layOut({nativeScreen(1, {{0, 0}, {100, 100}}),
-                                       nativeScreen(2, {{0, 100}, {50, 50}})});
+    const ScreenList screens =
+        layOut({nativeScreen(1, {{0, 0}, {100, 100}}), nativeScreen(2, {{0, 100}, {50, 50}})});
     EXPECT_EQ(pointerPlace(screens, {10, 99}).edge, (GlobalPoint{10, 1}));
     EXPECT_EQ(pointerPlace(screens, {60, 99}).edge, (GlobalPoint{60, 0}));
     EXPECT_EQ(pointerPlace(screens, {49, 120}).edge, (GlobalPoint{50, -20}));
@@ -165,8 +166,8 @@ TEST(ScreenMappingDeathTest, HasNoPlacesWithoutScreens) {
 }
 
 TEST(ScreenMapping, TurnsAreasIntoPixels) {
-    const Screen screen = layOut({nativeScreen(9, {{0, 0}, {200, 200}}),
-                                  nativeScreen(1, {{200, 0}, {300, 150}}, 1.5)})[1];
+    const Screen screen = layOut(
+        {nativeScreen(9, {{0, 0}, {200, 200}}), nativeScreen(1, {{200, 0}, {300, 150}}, 1.5)})[1];
     ASSERT_EQ(screen.frame, (GlobalRect{{200, 100}, {200, 100}}));
     EXPECT_EQ(pixelRect(screen, screen.frame), (PixelRect{0, 0, 300, 150}));
     EXPECT_EQ(pixelRect(screen, {{210, 110}, {20, 30}}), (PixelRect{15, 90, 30, 45}));

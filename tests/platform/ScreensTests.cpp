@@ -16,9 +16,9 @@ TEST(Screens, TakeTheFirstForTheMainScreen) {
 }
 
 TEST(Screens, FindTheFirstThatContainsAPoint) {
-    const ScreenList screens = ScreenMapping::layOut(
-        {nativeScreen(1, {{0, 0}, {100, 100}}), nativeScreen(2, {{100, 0}, {100, 100}}),
-         nativeScreen(3, {{150, 0}, {100, 100}})});
+    const ScreenList screens = ScreenMapping::layOut({nativeScreen(1, {{0, 0}, {100, 100}}),
+                                                      nativeScreen(2, {{100, 0}, {100, 100}}),
+                                                      nativeScreen(3, {{150, 0}, {100, 100}})});
     const auto idAt = [&screens](double x, double y) {
         const auto screen = screenContaining(screens, {x, y});
         return screen ? screen->id : 0;

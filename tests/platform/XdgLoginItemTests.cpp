@@ -21,10 +21,11 @@ using xdg::XdgLoginItem;
 
 /// A configuration folder for one test.
 class XdgLoginItemTest : public ::testing::Test {
-protected:
+public:
     XdgLoginItemTest() { qputenv("XDG_CONFIG_HOME", QFile::encodeName(configuration())); }
     ~XdgLoginItemTest() override { qunsetenv("XDG_CONFIG_HOME"); }
 
+protected:
     QString configuration() const { return m_root.filePath(QStringLiteral("config")); }
     QString entryPath() const {
         return configuration() + QStringLiteral("/autostart/app.snapvane.Snapvane.desktop");
@@ -124,8 +125,9 @@ TEST_F(XdgLoginItemTest, QuotesAwkwardPaths) {
             QFile::encodeName(path).toStdString());
         QProcess self;
         self.setProcessChannelMode(QProcess::MergedChannels);
-        self.start(path, {QStringLiteral(
-                             "--gtest_filter=XdgLoginItemTest.WritesAnEntryThatStartsThisProgram")});
+        self.start(
+            path,
+            {QStringLiteral("--gtest_filter=XdgLoginItemTest.WritesAnEntryThatStartsThisProgram")});
         ASSERT_TRUE(self.waitForFinished()) << self.errorString().toStdString();
         const QByteArray output = self.readAll();
         EXPECT_EQ(self.exitCode(), 0) << output.toStdString();

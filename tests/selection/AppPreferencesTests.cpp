@@ -68,6 +68,10 @@ TEST(AppPreferences, ReadingWritesNothing) {
 
 enum class Stored { Absent, Off, On };
 
+void PrintTo(Stored stored, std::ostream* stream) {
+    *stream << (stored == Stored::Absent ? "absent" : stored == Stored::On ? "on" : "off");
+}
+
 /// The three names of the crosshair setting, the newest first.
 class CrosshairLinesFallBack : public ::testing::TestWithParam<std::tuple<Stored, Stored, Stored>> {
 };
@@ -119,6 +123,10 @@ TEST(AppPreferences, StoredOnIsOn) {
 struct PercentCase {
     const char* stored;
     std::int64_t percent;
+
+    friend void PrintTo(const PercentCase& example, std::ostream* stream) {
+        *stream << example.stored;
+    }
 };
 
 class DimPercent : public ::testing::TestWithParam<PercentCase> {};

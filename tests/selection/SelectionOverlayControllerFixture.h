@@ -15,6 +15,14 @@ namespace snapvane::testing {
 /// A controller on two screens with everything around it recorded in one journal. The loupe is off
 /// to begin with, so that the overlay is there when `present` returns.
 class ControllerTest : public ::testing::Test {
+public:
+    // What a test left waiting ends here, so that nothing of it is left over.
+    ~ControllerTest() override {
+        host.menus.openAll();
+        snapshots.gate.openAll();
+        settle();
+    }
+
 protected:
     ControllerTest() {
         screens.screens = twoScreens();
@@ -22,12 +30,6 @@ protected:
         controller =
             std::make_unique<SelectionOverlayController>(SelectionOverlayController::Collaborators{
                 preferences, screens, host, lines, magnifier, snapshots});
-    }
-    // What a test left waiting ends here, so that nothing of it is left over.
-    ~ControllerTest() override {
-        host.menus.openAll();
-        snapshots.gate.openAll();
-        settle();
     }
 
     SelectionOverlayController::Completion recorded() {

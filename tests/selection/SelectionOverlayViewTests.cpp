@@ -1,5 +1,7 @@
 #include "selection/SelectionOverlayView.h"
 
+#include "selection/Required.h"
+
 #include <gmock/gmock.h>
 
 namespace snapvane {
@@ -27,6 +29,10 @@ struct PointerReport {
     GlobalSize size;
 
     friend bool operator==(const PointerReport&, const PointerReport&) = default;
+    friend void PrintTo(const PointerReport& report, std::ostream* stream) {
+        *stream << report.point.x << ',' << report.point.y << ' ' << report.size.width << " x "
+                << report.size.height;
+    }
 };
 
 /// A pointer at a pixel whose two meanings fall together.
@@ -154,6 +160,10 @@ struct SizeCase {
     double width;
     double height;
     bool completes;
+
+    friend void PrintTo(const SizeCase& example, std::ostream* stream) {
+        *stream << example.width << " x " << example.height;
+    }
 };
 
 class MinimumSize : public SelectionOverlayViewTest,
@@ -277,8 +287,7 @@ TEST_F(SelectionOverlayViewTest, PictureShowsTheSelectionOnlyWhileDragging) {
     view.mouseDragged(at(300, 200));
     const SelectionPicture picture = view.picture(screen);
     EXPECT_EQ(picture.hole, (PixelRect{100, 400, 200, 100}));
-    ASSERT_TRUE(picture.label.has_value());
-    EXPECT_EQ(picture.label->text, QStringLiteral("200 \u00D7 100 pt"));
+    EXPECT_EQ(testing::required(picture.label).text, QStringLiteral("200 \u00D7 100 pt"));
     EXPECT_EQ(picture.borderWidth, 1.5);
     view.mouseUp();
     EXPECT_FALSE(view.picture(screen).hole.has_value());

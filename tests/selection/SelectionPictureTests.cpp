@@ -2,6 +2,7 @@
 
 #include "base/SystemColors.h"
 #include "selection/PictureFixture.h"
+#include "selection/Required.h"
 #include "selection/SelectionOutline.h"
 
 #include <gmock/gmock.h>
@@ -15,6 +16,7 @@ namespace {
 using testing::fixtureDim;
 using testing::paintedWhole;
 using testing::pixelCount;
+using testing::required;
 using testing::singleScreen;
 using ::testing::Values;
 
@@ -66,10 +68,10 @@ TEST(SelectionPicture, LabelKeepsToTheWholeOverlay) {
     const GlobalRect selection{{380, 100}, {40, 40}};
     const auto left = SelectionPicture::of(screens[0], selection, bounds, 1.5);
     const auto right = SelectionPicture::of(screens[1], selection, bounds, 1.5);
-    ASSERT_TRUE(left.label.has_value() && right.label.has_value());
-    EXPECT_EQ(left.label->box.x, right.label->box.x + 400);
-    EXPECT_EQ(left.label->box.x + left.label->box.width / 2, 400);
-    EXPECT_EQ(left.label->box.y + left.label->box.height, 300 - 140 - 8);
+    const PixelRect box = required(left.label).box;
+    EXPECT_EQ(box.x, required(right.label).box.x + 400);
+    EXPECT_EQ(box.x + box.width / 2, 400);
+    EXPECT_EQ(box.y + box.height, 300 - 140 - 8);
 }
 
 class PaintedSelection : public ::testing::TestWithParam<double> {
@@ -80,13 +82,13 @@ protected:
     const SelectionPicture picture = pictureOf(screen, {{80, 60}, {160, 100}});
     const QImage surface = paintedWhole(picture);
     const int reach = SelectionOutline::reach(picture.borderWidth);
-    const QRect hole = picture.hole.value().toQRect();
+    const QRect hole = required(picture.hole).toQRect();
 };
 
 TEST_P(PaintedSelection, InsideIsBareAndOutsideIsVeiled) {
     const QRect inside = hole.adjusted(reach, reach, -reach, -reach);
     const QRect outline = hole.adjusted(-reach, -reach, reach, reach);
-    const QRect label = picture.label.value().box.toQRect();
+    const QRect label = required(picture.label).box.toQRect();
     for (int y = 0; y < surface.height(); ++y) {
         for (int x = 0; x < surface.width(); ++x) {
             if (label.contains(x, y)) {
@@ -105,7 +107,7 @@ TEST_P(PaintedSelection, InsideIsBareAndOutsideIsVeiled) {
 
 TEST_P(PaintedSelection, OutlineIsBlueByItsCoverage) {
     const QColor blue = SystemColors::blue();
-    for (const auto& cell : SelectionOutline::cells(*picture.hole, picture.borderWidth)) {
+    for (const auto& cell : SelectionOutline::cells(required(picture.hole), picture.borderWidth)) {
         const QColor shown = surface.pixelColor(cell.area.x, cell.area.y);
         const bool isInHole = hole.contains(cell.area.x, cell.area.y);
         const double under = isInHole ? 0 : fixtureDim;
@@ -172,7 +174,8 @@ TEST(SelectionPicture, SmallStepsAreCheap) {
     EXPECT_GT(changed, 0);
     const int strips = 5 * 703 + 3 * 1205;
     const int outlines = 2 * 2 * (1205 + 703) * 2;
-    const int labels = 2 * after.label->box.width * after.label->box.height;
+    const PixelRect label = required(after.label).box;
+    const int labels = 2 * label.width * label.height;
     EXPECT_LE(changed, strips + outlines + labels);
     EXPECT_LT(changed, 1920 * 1080 / 4);
 }

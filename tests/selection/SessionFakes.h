@@ -6,6 +6,9 @@
 #include "selection/SnapshotSource.h"
 
 #include <QCoreApplication>
+#include <QCoroFuture>
+#include <QCoroTask>
+#include <QFuture>
 #include <QPromise>
 
 #include <memory>

@@ -11,6 +11,10 @@ using ::testing::Values;
 struct TextCase {
     GlobalSize size;
     const char16_t* text;
+
+    friend void PrintTo(const TextCase& example, std::ostream* stream) {
+        *stream << example.size.width << " x " << example.size.height;
+    }
 };
 
 class SizeLabelText : public ::testing::TestWithParam<TextCase> {};
@@ -32,6 +36,8 @@ struct BoxCase {
     GlobalRect selection;
     GlobalRect bounds;
     GlobalPoint expected;
+
+    friend void PrintTo(const BoxCase& example, std::ostream* stream) { *stream << example.what; }
 };
 
 class SizeLabelBox : public ::testing::TestWithParam<BoxCase> {};

@@ -2,8 +2,12 @@
 
 namespace snapvane::null {
 
+QColor veilColor(double dimAmount) {
+    return QColor::fromRgbF(0, 0, 0, static_cast<float>(std::clamp(dimAmount, 0.0, 1.0)));
+}
+
 ImageCanvas::ImageCanvas(QImage& image, double dimAmount, const QRegion& region)
-    : m_painter(&image), m_veil(QColor::fromRgbF(0, 0, 0, static_cast<float>(dimAmount))) {
+    : m_painter(&image), m_veil(veilColor(dimAmount)) {
     m_painter.setClipRegion(region);
 }
 

@@ -7,6 +7,9 @@
 
 namespace snapvane::null {
 
+/// Black at the opacity, which is brought into the range 0 … 1.
+QColor veilColor(double dimAmount);
+
 /// Draws a surface into an image with an alpha channel; what a see-through surface would show.
 class ImageCanvas : public OverlayCanvas {
 public:

@@ -40,7 +40,9 @@ void throwIfSet(const std::exception_ptr& failure) {
 QCoro::Task<ShareableContent> NullCapturer::shareableContent(ContentQuery query) {
     queries.push_back(query);
     throwIfSet(contentFailure);
-    co_return content;
+    // A member that is returned as it stands is moved from.
+    ShareableContent answer = content;
+    co_return answer;
 }
 
 QCoro::Task<QImage> NullCapturer::screenshot(ContentFilter filter,
@@ -56,7 +58,7 @@ NullOverlaySession::NullOverlaySession(NullOverlayHost& host, const OverlayOptio
     for (const Screen& screen : options.screens) {
         QImage surface(screen.nativeSize().width, screen.nativeSize().height,
                        QImage::Format_ARGB32_Premultiplied);
-        surface.fill(QColor::fromRgbF(0, 0, 0, static_cast<float>(options.dimAmount)));
+        surface.fill(veilColor(options.dimAmount));
         surfaces.push_back(surface);
     }
     m_host.session = this;

@@ -128,7 +128,7 @@ QImage RootGrabber::grabBySocket(const Resources& resources, const DeviceRect& a
         throw refused();
     }
     QImage image = rgb32FromPixels(xcb_get_image_data(reply.get()), area.size.width,
-                                         area.size.height, resources.layout);
+                                   area.size.height, resources.layout);
     if (image.isNull()) {
         throw PlatformError(translated("The display's pixel format is not supported."));
     }

@@ -146,6 +146,9 @@ ScreenList X11Screens::list() {
         reserveDockEdges(m_server, screens);
         m_list = ScreenMapping::layOut(screens);
         m_stale = false;
+        if (m_announced.empty()) {
+            m_announced = m_list;
+        }
     }
     return m_list;
 }
@@ -201,9 +204,11 @@ void X11Screens::noteChange() {
 }
 
 void X11Screens::announceChange() {
-    const ScreenList before = m_list;
+    // Somebody may have read the new list before it is announced, so that the last one announced is
+    // what counts.
     m_stale = true;
-    if (list() != before) {
+    if (list() != m_announced) {
+        m_announced = m_list;
         Q_EMIT changed();
     }
 }

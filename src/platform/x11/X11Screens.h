@@ -34,6 +34,8 @@ private:
     int m_firstRandrEvent = -1;
     bool m_stale = true;
     ScreenList m_list;
+    // What those who listen for changes know.
+    ScreenList m_announced;
     QTimer m_announcement;
 };
 

@@ -1,13 +1,13 @@
 #include "platform/xdg/XdgLoginItem.h"
 
 #include "base/AppIdentity.h"
+#include "base/AtomicFile.h"
 #include "platform/PlatformError.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -59,10 +59,8 @@ QString XdgLoginItem::entryPath() {
 void XdgLoginItem::registerItem() {
     const QString path = entryPath();
     QDir().mkpath(QFileInfo(path).path());
-    QSaveFile file(path);
-    const QByteArray text = entryText();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        throw failure(path, file.errorString());
+    if (const std::error_code error = writeFileAtomically(path, entryText())) {
+        throw failure(path, QString::fromStdString(error.message()));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
@@ -10,19 +11,33 @@ namespace snapvane::xdg {
 
 namespace {
 
+/// The files in which desktops note which program opens what.
+QStringList associationFiles() {
+    QStringList files;
+    const auto configuration =
+        QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    for (const QString& folder : configuration) {
+        files.append(folder + QStringLiteral("/mimeapps.list"));
+    }
+    const auto applications =
+        QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
+    for (const QString& folder : applications) {
+        files.append(folder + QStringLiteral("/mimeapps.list"));
+        files.append(folder + QStringLiteral("/mimeinfo.cache"));
+    }
+    return files;
+}
+
 /// True when the desktop has a program for links of that scheme. A link without one is not opened
 /// at all: openers fall back to a web browser, which helps nobody.
 bool hasHandler(const QString& scheme) {
-    const QString xdgMime = QStandardPaths::findExecutable(QStringLiteral("xdg-mime"));
-    if (xdgMime.isEmpty()) {
-        return false;
-    }
-    QProcess query;
-    query.start(xdgMime, {QStringLiteral("query"), QStringLiteral("default"),
-                          QStringLiteral("x-scheme-handler/%1").arg(scheme)});
-    constexpr int patienceInMilliseconds = 1000;
-    return query.waitForFinished(patienceInMilliseconds) &&
-           !query.readAllStandardOutput().trimmed().isEmpty();
+    const QByteArray association = "x-scheme-handler/" + scheme.toUtf8() + '=';
+    const auto files = associationFiles();
+    return std::any_of(files.begin(), files.end(), [&association](const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) &&
+               ('\n' + file.readAll()).contains('\n' + association);
+    });
 }
 
 bool isWebLink(const QUrl& url) {
