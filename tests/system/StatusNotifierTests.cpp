@@ -1,0 +1,146 @@
+// The icon with a host of the StatusNotifier kind, which shows it and draws the menu in a process
+// of its own: a real desktop panel.
+
+#include "AgentProcess.h"
+#include "AgentSuite.h"
+
+#include <QDBusConnection>
+#include <QDBusInterface>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace snapvane::testing {
+
+namespace {
+
+/// One panel at the upper edge with nothing but the tray.
+constexpr char panelConfiguration[] = R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array"><value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="26"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray"/>
+  </property>
+</channel>
+)";
+
+constexpr QPoint iconPlace = {16, 14};
+
+class StatusNotifier : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_desktop.folders().write(u"config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s,
+                                  panelConfiguration);
+        m_settings = startDaemon(QStringLiteral(SNAPVANE_XFCONFD));
+    }
+
+    void startPanel() { m_panel = startDaemon(u"xfce4-panel"_s); }
+
+    [[nodiscard]] X11Probe probe() const { return X11Probe(m_desktop.connection()); }
+    [[nodiscard]] Injector injector() const { return Injector(m_desktop.connection()); }
+
+    /// How many icons the panel has been told of.
+    [[nodiscard]] qsizetype registeredItems() const {
+        const QString name = u"status-notifier-test"_s;
+        QDBusConnection bus = QDBusConnection::connectToBus(m_desktop.busAddress(), name);
+        const QString watcher = u"org.kde.StatusNotifierWatcher"_s;
+        QDBusInterface interface(watcher, u"/StatusNotifierWatcher"_s, watcher, bus);
+        const qsizetype count =
+            interface.property("RegisteredStatusNotifierItems").toStringList().size();
+        QDBusConnection::disconnectFromBus(name);
+        return count;
+    }
+
+    [[nodiscard]] bool waitForIcon() const {
+        return waitUntil([this] { return registeredItems() == 1; }, std::chrono::seconds(15));
+    }
+
+    /// The menu that a click on the icon opens, whoever draws it.
+    [[nodiscard]] std::optional<WindowInfo> menu() const {
+        for (const WindowInfo& window : probe().windows()) {
+            if (window.viewable && window.overrideRedirect && window.rect.height() > 80 &&
+                window.rect.width() > 120 && window.rect.top() < 100) {
+                return window;
+            }
+        }
+        return std::nullopt;
+    }
+
+    [[nodiscard]] WindowInfo openMenu(int button) const {
+        // The panel takes a moment to lay a new icon out.
+        require("the menu", [&] {
+            if (!menu()) {
+                injector().click(iconPlace, button);
+            }
+            return waitUntil([this] { return menu().has_value(); }, std::chrono::seconds(1));
+        });
+        return *menu();
+    }
+
+    /// Chooses the first entry by the pointer and drags over the place where the menu stood.
+    void expectCaptureWithoutMenu(const WindowInfo& menuWindow, const QImage& before) {
+        const QPoint entry = {menuWindow.rect.center().x(), menuWindow.rect.top() + 14};
+        injector().moveTo(entry - QPoint(3, 0));
+        injector().click(entry);
+        m_agent.waitForOverlay();
+        const QRect place = menuWindow.rect.adjusted(0, 30, 0, 0);
+        injector().drag(place.topLeft(), place.topLeft() + QPoint(place.width(), place.height()));
+        const QImage picture(m_agent.waitForPicture());
+        EXPECT_TRUE(samePicture(before.copy(place), picture, u"status-notifier"_s));
+    }
+
+    VirtualDesktop m_desktop{};
+    std::unique_ptr<ChildProcess> m_settings;
+    std::unique_ptr<ChildProcess> m_panel;
+    AgentProcess m_agent{m_desktop};
+
+private:
+    [[nodiscard]] std::unique_ptr<ChildProcess> startDaemon(const QString& program) const {
+        ChildProcess::Spec spec;
+        spec.program = program;
+        spec.environment = m_desktop.environment();
+        spec.outputFile = m_desktop.folders().log(QFileInfo(program).fileName());
+        return std::make_unique<ChildProcess>(spec);
+    }
+};
+
+TEST_F(StatusNotifier, OurMenuOpensOnAClickAndIsNotInThePicture) {
+    startPanel();
+    ASSERT_TRUE(waitForIcon());
+    const QImage before = grabSettledScreen(m_desktop.connection(), m_desktop.rect());
+    const WindowInfo window = openMenu(1);
+    EXPECT_EQ(window.className, u"Snapvane"_s);
+    expectCaptureWithoutMenu(window, before);
+}
+
+TEST_F(StatusNotifier, TheHostsOwnMenuIsNotInThePicture) {
+    startPanel();
+    ASSERT_TRUE(waitForIcon());
+    const QImage before = grabSettledScreen(m_desktop.connection(), m_desktop.rect());
+    const WindowInfo window = openMenu(3);
+    EXPECT_NE(window.className, u"Snapvane"_s);
+    expectCaptureWithoutMenu(window, before);
+}
+
+TEST_F(StatusNotifier, IconComesAgainWithTheHost) {
+    startPanel();
+    ASSERT_TRUE(waitForIcon());
+    m_panel.reset();
+    require("the icon to go with its host", [this] { return registeredItems() == 0; });
+    startPanel();
+    EXPECT_TRUE(waitForIcon());
+    EXPECT_FALSE(openMenu(1).rect.isEmpty());
+}
+
+} // namespace
+
+} // namespace snapvane::testing
