@@ -73,7 +73,7 @@ QCoro::Task<> CaptureCoordinator::handleSelection(std::optional<GlobalRect> rect
         }
         co_return;
     }
-    auto following = runConfiguredAction(*std::exchange(result, std::nullopt));
+    auto following = runConfiguredAction(std::move(*result));
     co_await following;
 }
 
