@@ -50,7 +50,6 @@ private:
 
 void describeApplication() {
     QApplication::setApplicationName(QLatin1String(productName));
-    QApplication::setApplicationDisplayName(QLatin1String(productName));
     QApplication::setApplicationVersion(QXAppVersion::shortVersion());
     QApplication::setDesktopFileName(QLatin1String(applicationIdentifier));
     // Closing an alert or the settings must not end an agent.
