@@ -79,6 +79,12 @@ def fingerprint(path, entry, files, graph, common):
     return _digest(common, path, files[path], command, *texts)
 
 
+def _settings(path, common):
+    """What decides about all files, and the folder's own settings where it has some."""
+    own = f"{path.split('/')[0]}/.clang-tidy"
+    return _digest(common, sources.read(own)) if (sources.ROOT / own).exists() else common
+
+
 def _run(path):
     command = [TOOL, "--quiet", "-p", str(COMMANDS), str(sources.ROOT / path)]
     return subprocess.run(command, cwd=sources.ROOT, check=False, text=True,
@@ -95,7 +101,7 @@ def _prepare():
     common = _digest(version.stdout, sources.read(".clang-tidy") or "")
     files = sources.cpp_files(*FOLDERS)
     graph = includes.graph_of(files)
-    return {path: STAMPS / f"{fingerprint(path, entry, files, graph, common)}.ok"
+    return {path: STAMPS / f"{fingerprint(path, entry, files, graph, _settings(path, common))}.ok"
             for path, entry in commands.items() if path in files}
 
 

@@ -14,7 +14,7 @@ const GlobalRect sameArea[] = {
 const GlobalRect area = sameArea[0];
 
 struct Pair {
-    const char* name;
+    const char* name = nullptr;
     GlobalRect a;
     GlobalRect b;
     GlobalRect shared;

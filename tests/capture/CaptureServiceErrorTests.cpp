@@ -10,8 +10,8 @@ TEST(CaptureServiceError, DescribesEveryCaseToTheUser) {
     using Case = CaptureServiceError::Case;
     struct Row {
         CaptureServiceError error;
-        Case errorCase;
-        const char* text;
+        Case errorCase = Case::captureFailed;
+        const char* text = nullptr;
     };
     const Row rows[] = {
         {CaptureServiceError::captureFailed(QStringLiteral("Any text \u2192 as it is")),

@@ -16,6 +16,7 @@ const GlobalRect right = {{1920, 0}, {1280, 1024}};
 
 std::uint32_t chosenDisplay(const GlobalRect& rect, const std::vector<GlobalRect>& frames) {
     std::vector<ShareableDisplay> displays;
+    displays.reserve(frames.size());
     for (const GlobalRect& frame : frames) {
         displays.push_back({static_cast<std::uint32_t>(displays.size() + 1), frame});
     }

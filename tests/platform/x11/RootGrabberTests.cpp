@@ -60,8 +60,10 @@ TEST(RootGrabber, DoesNotOverwriteAPictureThatIsStillUsed) {
 TEST(RootGrabber, ServesThreadsAtTheSameTime) {
     x11::RootGrabber grabber;
     std::atomic<int> wrong = 0;
+    constexpr int threadCount = 4;
     std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
+    threads.reserve(threadCount);
+    for (int t = 0; t < threadCount; ++t) {
         threads.emplace_back([&grabber, &wrong, t] {
             for (int i = 0; i < 10; ++i) {
                 const DeviceRect area = {{t * 300 + i, i * 7}, {150 + 20 * t, 120 + 10 * i}};
