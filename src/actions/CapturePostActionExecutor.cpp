@@ -23,6 +23,8 @@ QCoro::Task<> runConfiguredAction(CaptureResult result) {
         co_await saving;
     } catch (const LocalizedError& error) {
         batchLog().error(QStringLiteral("Save failed: %1").arg(error.localizedDescription()));
+    } catch (const std::exception& error) {
+        batchLog().error(QStringLiteral("Save failed: %1").arg(QString::fromUtf8(error.what())));
     }
 }
 

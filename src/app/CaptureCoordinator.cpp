@@ -45,10 +45,20 @@ void CaptureCoordinator::beginAreaCapture(CaptureTrigger trigger) {
     m_overlayController.present(
         [self](std::optional<GlobalRect> rect) {
             if (self) {
-                startDetached(self->handleSelection(rect));
+                startDetached(self->runCapture(rect));
             }
         },
         trigger);
+}
+
+QCoro::Task<> CaptureCoordinator::runCapture(std::optional<GlobalRect> rect) {
+    const QPointer<CaptureCoordinator> self(this);
+    ++m_runningCaptures;
+    auto handling = handleSelection(rect);
+    co_await handling;
+    if (self) {
+        --m_runningCaptures;
+    }
 }
 
 QCoro::Task<> CaptureCoordinator::handleSelection(std::optional<GlobalRect> rect) {

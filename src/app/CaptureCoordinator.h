@@ -42,7 +42,12 @@ public:
 
     SelectionOverlayController& overlayController() { return m_overlayController; }
 
+    /// True while a capture past its selection is still being taken, encoded or acted on; the
+    /// program does not leave before.
+    bool isBusy() const { return m_runningCaptures > 0; }
+
 private:
+    QCoro::Task<> runCapture(std::optional<GlobalRect> rect);
     QCoro::Task<> handleSelection(std::optional<GlobalRect> rect);
     void report(const QString& description);
 
@@ -51,6 +56,7 @@ private:
     CaptureRegion m_captureRegion;
     RunConfiguredAction m_runConfiguredAction;
     AlertPresenter& m_alerts;
+    int m_runningCaptures = 0;
 };
 
 } // namespace snapvane

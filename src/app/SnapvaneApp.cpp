@@ -13,6 +13,8 @@
 #include "selection/AppPreferences.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
 #include <QThreadPool>
 
 #include <malloc.h>
@@ -58,6 +60,22 @@ void describeApplication() {
                                                  QIcon(QStringLiteral(":/icons/application.svg"))));
 }
 
+/// Lets captures that the user has already made come to their end.
+void finishCaptures(const Log& log) {
+    constexpr std::chrono::seconds patience(10);
+    constexpr std::chrono::milliseconds turn(10);
+    const QDeadlineTimer deadline(patience);
+    while (CaptureCoordinator::shared().isBusy()) {
+        if (deadline.hasExpired()) {
+            log.error(QStringLiteral("Leaving before a capture was finished."));
+            return;
+        }
+        QEventLoop loop;
+        QTimer::singleShot(turn, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+}
+
 int runOn(Platform& platform, const Log& log) {
     NoGlobalShortcut shortcut;
     AppDelegate delegate({platform, CaptureCoordinator::shared(),
@@ -80,9 +98,10 @@ int runOn(Platform& platform, const Log& log) {
     QMetaObject::invokeMethod(
         qApp, [&delegate] { delegate.applicationDidFinishLaunching(); }, Qt::QueuedConnection);
     const int status = QApplication::exec();
-    // What still uses the platform ends before the platform does: an open selection, and a file
-    // that is being written.
+    // What still uses the platform ends before the platform does: an open selection, and captures
+    // that are not saved yet.
     CaptureCoordinator::shared().overlayController().dismiss();
+    finishCaptures(log);
     QThreadPool::globalInstance()->waitForDone();
     return status;
 }
@@ -103,7 +122,9 @@ int run(int, char* argv[]) {
     describeApplication();
     const auto platform = PlatformLoader::load(choice);
     Platform::install(platform.get());
-    return runOn(*platform, log);
+    const int status = runOn(*platform, log);
+    Platform::install(nullptr);
+    return status;
 }
 
 } // namespace snapvane::SnapvaneApp

@@ -41,7 +41,12 @@ QIcon titleImage(const QString& title) {
 StatusItem::StatusItem(TrayHost& host, StatusMenu::Handler handler)
     : m_host(host), m_menu(std::move(handler)) {
     connect(&m_host, &TrayHost::appeared, this, &StatusItem::makeIcon);
-    connect(&m_host, &TrayHost::disappeared, this, [this] { m_icon.reset(); });
+    connect(&m_host, &TrayHost::disappeared, this, [this] {
+        m_icon.reset();
+        if (m_host.isPresent()) {
+            makeIcon(); // There is another one, of the other kind.
+        }
+    });
     if (m_host.isPresent()) {
         makeIcon();
     } else {

@@ -1,6 +1,7 @@
 #include "app/TerminationSignals.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 
 #include <sys/socket.h>
@@ -14,8 +15,10 @@ namespace {
 std::array<int, 2> sockets = {-1, -1};
 
 void handleSignal(int) {
+    const int interrupted = errno;
     const char byte = 1;
     [[maybe_unused]] const auto written = ::write(sockets[0], &byte, sizeof byte);
+    errno = interrupted;
 }
 
 void setHandlers(void (*handler)(int)) {

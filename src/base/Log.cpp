@@ -1,12 +1,9 @@
 #include "base/Log.h"
 
 #include "base/AppIdentity.h"
-
-#define SD_JOURNAL_SUPPRESS_LOCATION
-#include <systemd/sd-journal.h>
+#include "base/JournalSocket.h"
 
 #include <cstdio>
-#include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -34,19 +31,23 @@ Level levelOf(QtMsgType type) {
     return {"error", LOG_ERR};
 }
 
+/// Where the handler sends to; set before it is installed.
+JournalSocket& journal() {
+    static JournalSocket socket{QByteArray()};
+    return socket;
+}
+
 bool hasJournal() {
     // Qt's own switch for those who want to read along.
-    if (qEnvironmentVariableIntValue("QT_FORCE_STDERR_LOGGING") == 1) {
-        return false;
-    }
-    struct stat socket = {};
-    return stat("/run/systemd/journal/socket", &socket) == 0 && S_ISSOCK(socket.st_mode);
+    return qEnvironmentVariableIntValue("QT_FORCE_STDERR_LOGGING") != 1 && journal().exists();
 }
 
 bool sendToJournal(const Level& level, const char* category, const QByteArray& text) {
-    return sd_journal_send("MESSAGE=%s", text.constData(), "PRIORITY=%i", level.syslogPriority,
-                           "SUBSYSTEM=%s", applicationIdentifier, "CATEGORY=%s", category,
-                           "SYSLOG_IDENTIFIER=snapvane", nullptr) >= 0;
+    return journal().send({{"MESSAGE", text},
+                           {"PRIORITY", QByteArray::number(level.syslogPriority)},
+                           {"SUBSYSTEM", applicationIdentifier},
+                           {"CATEGORY", category},
+                           {"SYSLOG_IDENTIFIER", "snapvane"}});
 }
 
 void writeToStandardError(const Level& level, const char* category, const QByteArray& text) {
@@ -56,12 +57,12 @@ void writeToStandardError(const Level& level, const char* category, const QByteA
 }
 
 void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    static const bool journal = hasJournal();
+    static const bool journalExists = hasJournal();
     static const bool terminal = isatty(STDERR_FILENO) == 1;
     const Level level = levelOf(type);
     const char* category = context.category != nullptr ? context.category : "default";
     const QByteArray text = message.toUtf8();
-    const bool sent = journal && sendToJournal(level, category, text);
+    const bool sent = journalExists && sendToJournal(level, category, text);
     // Somebody who started the program by hand wants to see what it says.
     if (!sent || terminal) {
         writeToStandardError(level, category, text);
@@ -78,7 +79,8 @@ void Log::notice(const QString& text) const {
     qCInfo(m_category).noquote() << text;
 }
 
-void installLogHandler() {
+void installLogHandler(const QByteArray& journalPath) {
+    journal() = JournalSocket(journalPath);
     qInstallMessageHandler(handleMessage);
 }
 

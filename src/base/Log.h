@@ -21,7 +21,7 @@ private:
 };
 
 /// Sends everything that is logged through Qt, by us and by Qt itself, the way described above.
-/// Called once by the program's entry; tests do without.
-void installLogHandler();
+/// Called once by the program's entry. `journalPath` is where the journal listens.
+void installLogHandler(const QByteArray& journalPath = "/run/systemd/journal/socket");
 
 } // namespace snapvane

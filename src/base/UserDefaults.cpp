@@ -93,7 +93,7 @@ double UserDefaults::number(const QString& key) const {
     bool isNumber = false;
     const double number = value.toDouble(&isNumber);
     if (isNumber) {
-        return number;
+        return std::isfinite(number) ? number : 0;
     }
     return value.toString() == QLatin1String("true") ? 1 : 0;
 }

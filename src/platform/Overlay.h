@@ -55,6 +55,9 @@ public:
                               const QRegion& dirty) = 0;
     virtual void overlayPointerEvent(const OverlayPointerEvent& event) = 0;
     virtual void overlayKeyEvent(const OverlayKeyEvent& event) = 0;
+    /// The desktop composites windows in another way than when the session was opened: it is to be
+    /// opened anew.
+    virtual void overlayOutdated() = 0;
     /// The desktop does not let the session have the keyboard and the pointer.
     virtual void overlayInputRefused(const QString& reason) = 0;
 };

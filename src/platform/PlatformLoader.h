@@ -8,7 +8,7 @@
 #include <memory>
 
 /// Chooses the desktop that the program runs on; the only place that asks. The environment variable
-/// SNAPVANE_PLATFORM (x11, wayland, null) overrules the choice.
+/// SNAPVANE_PLATFORM (x11, null) overrules the choice.
 namespace snapvane::PlatformLoader {
 
 struct Choice {

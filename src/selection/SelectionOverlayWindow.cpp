@@ -62,6 +62,12 @@ void SelectionOverlayWindow::overlayKeyEvent(const OverlayKeyEvent& event) {
     }
 }
 
+void SelectionOverlayWindow::overlayOutdated() {
+    if (!setScreens(m_settings.screens)) {
+        overlayInputRefused(QStringLiteral("the desktop cannot show the selection any more"));
+    }
+}
+
 void SelectionOverlayWindow::overlayInputRefused(const QString& reason) {
     if (onInputRefused) {
         onInputRefused(reason);

@@ -45,6 +45,7 @@ public:
                       const QRegion& dirty) override;
     void overlayPointerEvent(const OverlayPointerEvent& event) override;
     void overlayKeyEvent(const OverlayKeyEvent& event) override;
+    void overlayOutdated() override;
     void overlayInputRefused(const QString& reason) override;
 
 private:

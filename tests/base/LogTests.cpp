@@ -1,6 +1,8 @@
 #include "base/Log.h"
 
-#include "support/PrivateMount.h"
+#include "base/JournalSocket.h"
+
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -20,37 +21,27 @@ using ::testing::ExitedWithCode;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-constexpr char journalSocket[] = "/run/systemd/journal/socket";
-
 // Everything below runs in a child process. What is wrong with the child's surroundings ends it
 // with a code of its own.
-constexpr int noPrivateFolder = 3;
 constexpr int noSocket = 4;
 constexpr int nothingReceived = 5;
 
-/// Hides this machine's own journal, and puts nothing in its place.
 void enterWorldWithoutJournal() {
-    if (!testing::mountTinyDisk("/run")) {
-        std::_Exit(noPrivateFolder);
-    }
-    installLogHandler();
+    installLogHandler("/nowhere/journal");
 }
 
 /// Puts a journal in place that the test reads.
 int enterWorldWithJournal() {
-    if (!testing::mountTinyDisk("/run")) {
-        std::_Exit(noPrivateFolder);
-    }
-    mkdir("/run/systemd", 0755);
-    mkdir("/run/systemd/journal", 0755);
+    static const QTemporaryDir folder;
+    const QByteArray path = folder.filePath(QStringLiteral("journal")).toLocal8Bit();
     const int journal = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, journalSocket, sizeof address.sun_path);
+    qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
     if (bind(journal, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         std::_Exit(noSocket);
     }
-    installLogHandler();
+    installLogHandler(path);
     return journal;
 }
 
@@ -121,6 +112,24 @@ TEST(LogDeathTest, FallsBackWhenTheJournalHasGone) {
             std::_Exit(0);
         },
         ExitedWithCode(0), HasSubstr("[Overlay] error: still told\n"));
+}
+
+TEST(JournalSocket, WritesAFieldALine) {
+    EXPECT_EQ(JournalSocket::datagram({{"MESSAGE", "text = \u00e9"}, {"PRIORITY", "3"}}),
+              QByteArray("MESSAGE=text = \u00e9\nPRIORITY=3\n"));
+}
+
+TEST(JournalSocket, GivesTheLengthOfAValueOfSeveralLines) {
+    EXPECT_EQ(JournalSocket::datagram({{"MESSAGE", "a\nb"}}),
+              QByteArray("MESSAGE\n\x03\0\0\0\0\0\0\0a\nb\n", 20));
+}
+
+TEST(JournalSocket, RefusesWhatCannotBeSent) {
+    const JournalSocket nobody("/nowhere/journal");
+    EXPECT_FALSE(nobody.exists());
+    EXPECT_FALSE(nobody.send({{"MESSAGE", "text"}}));
+    EXPECT_FALSE(JournalSocket(QByteArray(300, 'x')).send({{"MESSAGE", "text"}}));
+    EXPECT_FALSE(JournalSocket("/tmp").exists()) << "a folder is no journal";
 }
 
 } // namespace snapvane

@@ -54,6 +54,7 @@ public:
             XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP,
             values.data());
         setWindowIdentity(server, m_window, "Snapvane Probe");
+        setCompositorHints(server, m_window);
         xcb_map_window(server.connection, m_window);
         xcb_flush(server.connection);
     }

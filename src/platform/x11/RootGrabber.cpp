@@ -65,11 +65,12 @@ void RootGrabber::waitForGlass(const std::vector<DeviceRect>& screens) {
     passCompositorBarrier(connected()->server(), {}, screens);
 }
 
-void RootGrabber::trim() {
-    const std::scoped_lock lock(m_mutex);
-    if (m_resources) {
+bool RootGrabber::trim() {
+    const std::unique_lock lock(m_mutex, std::try_to_lock);
+    if (lock.owns_lock() && m_resources) {
         m_resources->segments.trim();
     }
+    return lock.owns_lock();
 }
 
 std::shared_ptr<RootGrabber::Resources> RootGrabber::connected() {

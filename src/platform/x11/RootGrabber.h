@@ -29,8 +29,9 @@ public:
     /// Only the wait of `grab`. Any thread.
     void waitForGlass(const std::vector<DeviceRect>& screens);
 
-    /// Returns the memory kept for the next grab to the system. Any thread.
-    void trim();
+    /// Returns the memory kept for the next grab to the system; false when a grab is under way.
+    /// Never waits. Any thread.
+    bool trim();
 
 private:
     struct Resources;

@@ -16,7 +16,11 @@ constexpr std::chrono::seconds keepMemory(5);
 
 X11Capturer::X11Capturer(X11Screens& screens) : m_screens(screens) {
     m_trim.setSingleShot(true);
-    QObject::connect(&m_trim, &QTimer::timeout, &m_trim, [this] { m_grabber.trim(); });
+    QObject::connect(&m_trim, &QTimer::timeout, &m_trim, [this] {
+        if (!m_grabber.trim()) {
+            m_trim.start(keepMemory);
+        }
+    });
 }
 
 bool X11Capturer::preflightAccess() {

@@ -35,6 +35,12 @@ void setTextProperty(const Server& server, xcb_window_t window, xcb_atom_t prope
                         static_cast<std::uint32_t>(text.size()), text.constData());
 }
 
+void setCardinal(const Server& server, xcb_window_t window, const char* property,
+                 std::uint32_t value) {
+    xcb_change_property(server.connection, XCB_PROP_MODE_REPLACE, window, atom(server, property),
+                        XCB_ATOM_CARDINAL, 32, 1, &value);
+}
+
 } // namespace
 
 Server qtServer() {
@@ -90,9 +96,12 @@ bool hasExtension(const Server& server, xcb_extension_t* extension) {
     return data != nullptr && data->present != 0;
 }
 
+xcb_atom_t compositorSelection(const Server& server) {
+    return atom(server, "_NET_WM_CM_S" + QByteArray::number(server.screenNumber));
+}
+
 bool hasCompositor(const Server& server) {
-    const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(server.screenNumber);
-    const auto cookie = xcb_get_selection_owner(server.connection, atom(server, name));
+    const auto cookie = xcb_get_selection_owner(server.connection, compositorSelection(server));
     const auto reply = owned(xcb_get_selection_owner_reply(server.connection, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
@@ -123,6 +132,12 @@ void setWindowIdentity(const Server& server, xcb_window_t window, const QByteArr
     // Instance and class, each with its terminating zero.
     setTextProperty(server, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
                     QByteArray("snapvane\0Snapvane\0", 18));
+}
+
+void setCompositorHints(const Server& server, xcb_window_t window) {
+    constexpr std::uint32_t neverBypass = 2;
+    setCardinal(server, window, "_COMPTON_SHADOW", 0);
+    setCardinal(server, window, "_NET_WM_BYPASS_COMPOSITOR", neverBypass);
 }
 
 void roundTrip(const Server& server) {

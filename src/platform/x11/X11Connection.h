@@ -45,6 +45,9 @@ xcb_atom_t atom(const Server& server, const QByteArray& name);
 /// True when the server has the extension.
 bool hasExtension(const Server& server, xcb_extension_t* extension);
 
+/// The selection that the screen's compositing manager owns.
+xcb_atom_t compositorSelection(const Server& server);
+
 /// True when a compositing manager runs on the screen.
 bool hasCompositor(const Server& server);
 
@@ -53,6 +56,10 @@ xcb_visualid_t argbVisual(const Server& server);
 
 /// Sets both names of a window and its class to the program's.
 void setWindowIdentity(const Server& server, xcb_window_t window, const QByteArray& name);
+
+/// Asks compositors for no shadow, which would fall on what is beside the window, and to go on
+/// compositing.
+void setCompositorHints(const Server& server, xcb_window_t window);
 
 /// Waits until the server has worked off everything sent so far.
 void roundTrip(const Server& server);

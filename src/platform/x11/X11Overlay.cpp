@@ -16,6 +16,7 @@
 
 #include <xcb/composite.h>
 #include <xcb/xcb_cursor.h>
+#include <xcb/xfixes.h>
 
 namespace snapvane::x11 {
 
@@ -29,7 +30,19 @@ constexpr auto menuPollInterval = 10ms;
 // moment.
 constexpr auto uncoveredWindowsPaint = 40ms;
 
+// Several frames of a slow compositor.
+constexpr auto concealedLifetime = 500ms;
+
 constexpr std::uint32_t primaryButton = 1;
+
+using Surfaces = std::vector<std::unique_ptr<X11OverlaySurface>>;
+
+QCoro::Task<> pauseFor(std::chrono::milliseconds duration) {
+    QTimer timer;
+    timer.setSingleShot(true);
+    timer.start(duration);
+    co_await timer;
+}
 
 const Log& overlayLog() {
     static const Log log("Overlay");
@@ -39,8 +52,9 @@ const Log& overlayLog() {
 /// One session: its surfaces, its grab, and what comes in through them.
 class X11OverlaySession : public OverlaySession, public QAbstractNativeEventFilter {
 public:
+    /// `retire` takes the surfaces over when they may not go at once.
     X11OverlaySession(const Server& server, const OverlayOptions& options, OverlayClient& client,
-                      xcb_cursor_t cursor);
+                      xcb_cursor_t cursor, std::function<void(Surfaces)> retire);
     ~X11OverlaySession() override;
 
     void repaint(std::size_t screenIndex, const QRegion& region) override;
@@ -53,7 +67,9 @@ private:
     void handlePointer(const xcb_input_button_press_event_t& event);
     void handleKey(const xcb_input_key_press_event_t& event);
     void handleExpose(const xcb_expose_event_t& event);
+    void handleCompositorChange();
     void selectInput(xcb_window_t window);
+    void watchCompositor();
     void schedulePaint();
     void paintAll();
 
@@ -61,7 +77,10 @@ private:
     ScreenList m_screens;
     OverlayClient& m_client;
     std::uint8_t m_inputOpcode = 0;
-    std::vector<std::unique_ptr<X11OverlaySurface>> m_surfaces;
+    int m_selectionEvent = -1;
+    bool m_translucent = false;
+    std::function<void(Surfaces)> m_retire;
+    Surfaces m_surfaces;
     OverlayKeyboard m_keyboard;
     bool m_primaryDown = false;
     bool m_paintScheduled = false;
@@ -71,28 +90,40 @@ private:
 };
 
 X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions& options,
-                                     OverlayClient& client, xcb_cursor_t cursor)
-    : m_server(server), m_screens(options.screens), m_client(client), m_keyboard(server) {
+                                     OverlayClient& client, xcb_cursor_t cursor,
+                                     std::function<void(Surfaces)> retire)
+    : m_server(server), m_screens(options.screens), m_client(client), m_retire(std::move(retire)),
+      m_keyboard(server) {
     m_inputOpcode = xcb_get_extension_data(server.connection, &xcb_input_id)->major_opcode;
     // Every window keeps its pixels from here on, so that the screen is restored the moment the
     // surfaces go, without anybody having to paint.
     xcb_composite_redirect_subwindows(server.connection, server.root(),
                                       XCB_COMPOSITE_REDIRECT_AUTOMATIC);
-    const bool translucent = hasCompositor(server) && argbVisual(server) != XCB_NONE;
+    m_translucent = hasCompositor(server) && argbVisual(server) != XCB_NONE;
     for (const Screen& screen : m_screens) {
         m_surfaces.push_back(
-            std::make_unique<X11OverlaySurface>(server, screen, options, translucent, cursor));
+            std::make_unique<X11OverlaySurface>(server, screen, options, m_translucent, cursor));
         selectInput(m_surfaces.back()->window());
+    }
+    // All of them at the end, so that no picture of the desktop has another surface in it.
+    for (const auto& surface : m_surfaces) {
+        surface->show();
     }
     QCoreApplication::instance()->installNativeEventFilter(this);
     m_grab = std::make_unique<X11InputGrab>(
         server, cursor, [this](const QString& reason) { m_client.overlayInputRefused(reason); });
+    watchCompositor();
     xcb_flush(server.connection);
 }
 
 X11OverlaySession::~X11OverlaySession() {
     QCoreApplication::instance()->removeNativeEventFilter(this);
     m_grab.reset();
+    if (hasCompositor(m_server)) {
+        // A compositor that fades windows out keeps the last picture it has of them, so that the
+        // concealed surfaces go only when it has certainly seen them move away.
+        m_retire(std::move(m_surfaces));
+    }
     m_surfaces.clear();
     xcb_composite_unredirect_subwindows(m_server.connection, m_server.root(),
                                         XCB_COMPOSITE_REDIRECT_AUTOMATIC);
@@ -121,6 +152,10 @@ bool X11OverlaySession::nativeEventFilter(const QByteArray& eventType, void* mes
     const int type = event->response_type & 0x7f;
     if (type == XCB_GE_GENERIC) {
         return handleInput(*reinterpret_cast<const xcb_ge_generic_event_t*>(event));
+    }
+    if (type == m_selectionEvent) {
+        handleCompositorChange();
+        return false; // Qt listens too.
     }
     if (type == XCB_EXPOSE) {
         const auto& expose = *reinterpret_cast<const xcb_expose_event_t*>(event);
@@ -167,6 +202,9 @@ bool X11OverlaySession::handleInput(const xcb_ge_generic_event_t& event) {
 }
 
 void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& event) {
+    if (event.root != m_server.root()) {
+        return; // The pointer is on another X screen of the same server.
+    }
     // Positions come as 16.16 fixed point; the whole part is the pixel.
     const DevicePoint position = {event.root_x >> 16, event.root_y >> 16};
     OverlayPointerEvent pointer;
@@ -175,6 +213,13 @@ void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& even
         pointer.kind =
             m_primaryDown ? OverlayPointerEvent::Kind::Dragged : OverlayPointerEvent::Kind::Moved;
     } else if (event.detail == primaryButton) {
+        const bool released = m_primaryDown && event.event_type == XCB_INPUT_BUTTON_RELEASE;
+        if (released) {
+            // Motion right before the release may never have been delivered: Qt drops motion that
+            // newer motion follows in the queue. Where the button went up is what counts.
+            pointer.kind = OverlayPointerEvent::Kind::Dragged;
+            m_client.overlayPointerEvent(pointer);
+        }
         m_primaryDown = event.event_type == XCB_INPUT_BUTTON_PRESS;
         pointer.kind =
             m_primaryDown ? OverlayPointerEvent::Kind::Down : OverlayPointerEvent::Kind::Up;
@@ -196,6 +241,30 @@ void X11OverlaySession::handleExpose(const xcb_expose_event_t& event) {
         }
     }
     schedulePaint();
+}
+
+void X11OverlaySession::handleCompositorChange() {
+    // Without a compositor see-through windows are black, and with one opaque windows that cover a
+    // screen may end compositing. The event may be about another selection.
+    if ((hasCompositor(m_server) && argbVisual(m_server) != XCB_NONE) == m_translucent) {
+        return;
+    }
+    overlayLog().notice(QStringLiteral("Compositing was turned on or off during a selection."));
+    QMetaObject::invokeMethod(
+        &m_context, [this] { m_client.overlayOutdated(); }, Qt::QueuedConnection);
+}
+
+void X11OverlaySession::watchCompositor() {
+    if (!hasExtension(m_server, &xcb_xfixes_id)) {
+        return;
+    }
+    m_selectionEvent = xcb_get_extension_data(m_server.connection, &xcb_xfixes_id)->first_event +
+                       XCB_XFIXES_SELECTION_NOTIFY;
+    xcb_xfixes_select_selection_input(m_server.connection, m_grab->window(),
+                                      compositorSelection(m_server),
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
 }
 
 void X11OverlaySession::selectInput(xcb_window_t window) {
@@ -242,14 +311,21 @@ X11OverlayHost::~X11OverlayHost() {
 std::unique_ptr<OverlaySession> X11OverlayHost::open(const OverlayOptions& options,
                                                      OverlayClient& client) {
     const Server server = qtServer();
-    const bool capable = hasExtension(server, &xcb_composite_id) &&
-                         hasExtension(server, &xcb_input_id) &&
-                         RenderFormats::of(server).argb != XCB_NONE;
+    const bool capable =
+        hasExtension(server, &xcb_composite_id) && hasExtension(server, &xcb_input_id) &&
+        RenderFormats::of(server).argb != XCB_NONE && RenderFormats::of(server).root != XCB_NONE;
     if (!capable || options.screens.empty()) {
         overlayLog().error(QStringLiteral("The display server cannot show a selection overlay."));
         return nullptr;
     }
-    return std::make_unique<X11OverlaySession>(server, options, client, crosshair());
+    return std::make_unique<X11OverlaySession>(
+        server, options, client, crosshair(), [this](Surfaces surfaces) {
+            const auto retired = std::make_shared<Surfaces>(std::move(surfaces));
+            QTimer::singleShot(concealedLifetime, &m_retired, [retired, server = qtServer()] {
+                retired->clear();
+                xcb_flush(server.connection);
+            });
+        });
 }
 
 QCoro::Task<> X11OverlayHost::menusClosed() {
@@ -261,15 +337,11 @@ QCoro::Task<> X11OverlayHost::menusClosed() {
             break;
         }
         seen = true;
-        QTimer pause;
-        pause.setSingleShot(true);
-        pause.start(menuPollInterval);
+        auto pause = pauseFor(menuPollInterval);
         co_await pause;
     }
     if (seen && !hasCompositor(server)) {
-        QTimer pause;
-        pause.setSingleShot(true);
-        pause.start(uncoveredWindowsPaint);
+        auto pause = pauseFor(uncoveredWindowsPaint);
         co_await pause;
     }
     RootGrabber* grabber = &m_grabber;

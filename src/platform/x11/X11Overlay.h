@@ -4,6 +4,8 @@
 
 #include "platform/Overlay.h"
 
+#include <QObject>
+
 namespace snapvane::x11 {
 
 class RootGrabber;
@@ -26,6 +28,8 @@ private:
     RootGrabber& m_grabber;
     // Loaded from the user's cursor theme for the first session, then kept.
     xcb_cursor_t m_crosshair = XCB_NONE;
+    // Surfaces that are off the glass but not yet gone belong to its timers.
+    QObject m_retired;
 };
 
 } // namespace snapvane::x11

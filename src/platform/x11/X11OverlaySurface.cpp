@@ -12,26 +12,13 @@ std::uint8_t veilAlpha(double dimAmount) {
     return static_cast<std::uint8_t>(std::lround(std::clamp(dimAmount, 0.0, 1.0) * 255));
 }
 
-void setCardinal(const Server& server, xcb_window_t window, const char* property,
-                 std::uint32_t value) {
-    xcb_change_property(server.connection, XCB_PROP_MODE_REPLACE, window, atom(server, property),
-                        XCB_ATOM_CARDINAL, 32, 1, &value);
-}
-
-/// Asks compositors for no shadow, which would fall on the neighbouring screen, and to go on
-/// compositing.
-void setCompositorHints(const Server& server, xcb_window_t window) {
-    setCardinal(server, window, "_COMPTON_SHADOW", 0);
-    constexpr std::uint32_t neverBypass = 2;
-    setCardinal(server, window, "_NET_WM_BYPASS_COMPOSITOR", neverBypass);
-}
-
 } // namespace
 
 X11OverlaySurface::X11OverlaySurface(const Server& server, const Screen& screen,
                                      const OverlayOptions& options, bool translucent,
                                      xcb_cursor_t cursor)
-    : m_server(server), m_area(screen.nativeFrame), m_translucent(translucent),
+    : m_server(server), m_area(screen.nativeFrame), m_level(options.level),
+      m_translucent(translucent),
       m_depth(translucent ? std::uint8_t{32} : server.screen->root_depth),
       m_format(translucent ? RenderFormats::of(server).argb : RenderFormats::of(server).root) {
     m_backdrop.veilAlpha = veilAlpha(options.dimAmount);
@@ -39,8 +26,6 @@ X11OverlaySurface::X11OverlaySurface(const Server& server, const Screen& screen,
         createBackdrop(m_backdrop.veilAlpha);
     }
     m_window = createWindow(options, cursor);
-    xcb_map_window(m_server.connection, m_window);
-    StackingOrder::raise(m_server, m_window, options.level);
 }
 
 X11OverlaySurface::~X11OverlaySurface() {
@@ -84,13 +69,25 @@ void X11OverlaySurface::paint(std::size_t index, OverlayClient& client) {
     copyToWindow(region);
 }
 
+void X11OverlaySurface::show() {
+    xcb_map_window(m_server.connection, m_window);
+    StackingOrder::raise(m_server, m_window, m_level);
+}
+
 void X11OverlaySurface::conceal() {
-    if (!m_translucent) {
-        return; // Taking an opaque surface away restores the screen at once.
+    if (m_translucent) {
+        const std::uint32_t transparent = 0;
+        xcb_change_window_attributes(m_server.connection, m_window, XCB_CW_BACK_PIXEL,
+                                     &transparent);
+        xcb_clear_area(m_server.connection, 0, m_window, 0, 0, 0, 0);
     }
-    const std::uint32_t transparent = 0;
-    xcb_change_window_attributes(m_server.connection, m_window, XCB_CW_BACK_PIXEL, &transparent);
-    xcb_clear_area(m_server.connection, 0, m_window, 0, 0, 0, 0);
+    const std::array<std::uint32_t, 2> offDesktop = {
+        static_cast<std::uint32_t>(-m_area.size.width - 1),
+        static_cast<std::uint32_t>(-m_area.size.height - 1)};
+    xcb_configure_window(m_server.connection, m_window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
+                         offDesktop.data());
+    // Nobody is to take what is left of it for a selection.
+    setWindowIdentity(m_server, m_window, "Snapvane Concealed");
 }
 
 xcb_window_t X11OverlaySurface::createWindow(const OverlayOptions& options, xcb_cursor_t cursor) {

@@ -25,7 +25,10 @@ public:
     void markExposed(const QRegion& region);
     /// Has the client paint what was noted.
     void paint(std::size_t index, OverlayClient& client);
-    /// Makes a see-through surface show nothing at all.
+    /// Puts the surface on the screen.
+    void show();
+    /// Takes the surface off the glass without unmapping it: it is made to show nothing and moved
+    /// off the desktop. A compositor that fades windows out would show it a while longer.
     void conceal();
 
 private:
@@ -38,6 +41,7 @@ private:
 
     Server m_server;
     DeviceRect m_area;
+    int m_level;
     bool m_translucent;
     std::uint8_t m_depth;
     xcb_render_pictformat_t m_format;

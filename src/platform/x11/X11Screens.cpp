@@ -38,6 +38,25 @@ QString atomName(const Server& server, xcb_get_atom_name_cookie_t cookie) {
                              xcb_get_atom_name_name_length(reply.get()));
 }
 
+bool liesWithin(const DeviceRect& inner, const DeviceRect& outer) {
+    const DevicePoint last = {inner.origin.x + inner.size.width - 1,
+                              inner.origin.y + inner.size.height - 1};
+    return outer.contains(inner.origin) && outer.contains(last);
+}
+
+/// True when another monitor shows all that this one shows; of equal ones the first counts.
+bool isMirror(const std::vector<Monitor>& monitors, std::size_t index) {
+    const DeviceRect& frame = monitors[index].screen.nativeFrame;
+    for (std::size_t other = 0; other < monitors.size(); ++other) {
+        const DeviceRect& otherFrame = monitors[other].screen.nativeFrame;
+        const bool within = other != index && liesWithin(frame, otherFrame);
+        if (within && (frame != otherFrame || other < index)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// RandR 1.5 and later know monitors, which need not be outputs.
 bool knowsMonitors(const Server& server) {
     if (!hasExtension(server, &xcb_randr_id)) {
@@ -115,9 +134,10 @@ std::vector<ScreenMapping::NativeScreen> primaryFirst(std::vector<Monitor> monit
         std::rotate(monitors.begin(), primary, std::next(primary));
     }
     std::vector<ScreenMapping::NativeScreen> screens;
-    screens.reserve(monitors.size());
-    for (Monitor& monitor : monitors) {
-        screens.push_back(std::move(monitor.screen));
+    for (std::size_t i = 0; i < monitors.size(); ++i) {
+        if (!isMirror(monitors, i)) {
+            screens.emplace_back(monitors[i].screen);
+        }
     }
     return screens;
 }

@@ -40,7 +40,7 @@ private:
 };
 
 /// Puts the primary monitor first: the one marked so, else the one at 0,0, else the first; the
-/// others keep their order. Pure.
+/// others keep their order. A monitor that only mirrors part of another one is left out. Pure.
 struct Monitor {
     ScreenMapping::NativeScreen screen;
     bool isPrimary = false;

@@ -47,7 +47,7 @@ bool X11TrayManager::nativeEventFilter(const QByteArray& eventType, void* messag
     }
     const Server server = qtServer();
     const auto& announcement = *reinterpret_cast<const xcb_client_message_event_t*>(event);
-    if (announcement.type == atom(server, "MANAGER") &&
+    if (announcement.format == 32 && announcement.type == atom(server, "MANAGER") &&
         announcement.data.data32[1] == traySelection(server) && isSettled()) {
         Q_EMIT appeared();
     }
