@@ -5,7 +5,9 @@
 #include "AgentSuite.h"
 
 #include <QDBusConnection>
-#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusVariant>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -51,11 +53,13 @@ protected:
     /// How many icons the panel has been told of.
     [[nodiscard]] qsizetype registeredItems() const {
         const QString name = u"status-notifier-test"_s;
-        QDBusConnection bus = QDBusConnection::connectToBus(m_desktop.busAddress(), name);
         const QString watcher = u"org.kde.StatusNotifierWatcher"_s;
-        QDBusInterface interface(watcher, u"/StatusNotifierWatcher"_s, watcher, bus);
-        const qsizetype count =
-            interface.property("RegisteredStatusNotifierItems").toStringList().size();
+        const QDBusConnection bus = QDBusConnection::connectToBus(m_desktop.busAddress(), name);
+        QDBusMessage question = QDBusMessage::createMethodCall(
+            watcher, u"/StatusNotifierWatcher"_s, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
+        question << watcher << u"RegisteredStatusNotifierItems"_s;
+        const QDBusReply<QDBusVariant> reply = bus.call(question);
+        const qsizetype count = reply.value().variant().toStringList().size();
         QDBusConnection::disconnectFromBus(name);
         return count;
     }

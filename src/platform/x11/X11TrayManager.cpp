@@ -9,6 +9,10 @@ namespace snapvane::x11 {
 
 namespace {
 
+// A panel that offers both kinds of tray announces them one after the other, and the kind that is
+// there when the first icon is made is the one that Qt stays with.
+constexpr std::chrono::milliseconds otherKindComes(500);
+
 xcb_atom_t traySelection(const Server& server) {
     return atom(server, "_NET_SYSTEM_TRAY_S" + QByteArray::number(server.screenNumber));
 }
@@ -16,6 +20,12 @@ xcb_atom_t traySelection(const Server& server) {
 } // namespace
 
 X11TrayManager::X11TrayManager() {
+    m_announcement.setSingleShot(true);
+    connect(&m_announcement, &QTimer::timeout, this, [this] {
+        if (isSettled() && !TrayHostWatcher::isPresent() && hasManager()) {
+            Q_EMIT appeared();
+        }
+    });
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
@@ -48,8 +58,8 @@ bool X11TrayManager::nativeEventFilter(const QByteArray& eventType, void* messag
     const Server server = qtServer();
     const auto& announcement = *reinterpret_cast<const xcb_client_message_event_t*>(event);
     if (announcement.format == 32 && announcement.type == atom(server, "MANAGER") &&
-        announcement.data.data32[1] == traySelection(server) && isSettled()) {
-        Q_EMIT appeared();
+        announcement.data.data32[1] == traySelection(server)) {
+        m_announcement.start(otherKindComes);
     }
     return false;
 }

@@ -3,6 +3,7 @@
 #include "platform/xdg/TrayHostWatcher.h"
 
 #include <QAbstractNativeEventFilter>
+#include <QTimer>
 
 namespace snapvane::x11 {
 
@@ -24,6 +25,9 @@ protected:
 
 private:
     bool hasManager() const;
+
+    // Tells of a tray manager a moment after it has announced itself.
+    QTimer m_announcement;
 };
 
 } // namespace snapvane::x11
