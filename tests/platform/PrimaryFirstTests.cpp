@@ -36,6 +36,16 @@ TEST(PrimaryFirst, TakesTheMonitorInTheCornerWithoutAMarkedOne) {
                 ElementsAre(3, 1, 2));
 }
 
+TEST(PrimaryFirst, LeavesMirrorsOut) {
+    using ::testing::ElementsAre;
+    EXPECT_THAT(orderOf({monitor(1, {0, 0}), monitor(2, {0, 0}, true), monitor(3, {100, 0})}),
+                ElementsAre(2, 3));
+    const x11::Monitor small = {nativeScreen(4, {{20, 20}, {50, 50}}), true};
+    EXPECT_THAT(orderOf({monitor(1, {0, 0}), small}), ElementsAre(1)) << "a part of another one";
+    const x11::Monitor overlapping = {nativeScreen(5, {{50, 0}, {100, 100}}), false};
+    EXPECT_THAT(orderOf({monitor(1, {0, 0}), overlapping}), ElementsAre(1, 5));
+}
+
 TEST(PrimaryFirst, LeavesTheOrderWithoutEither) {
     using ::testing::ElementsAre;
     EXPECT_THAT(orderOf({monitor(1, {100, 0}), monitor(2, {0, 50})}), ElementsAre(1, 2));

@@ -19,10 +19,17 @@ fading = true;
 unredir-if-possible = false;
 )";
 
-CompositorCommand picom(const char* configuration, const DesktopFolders& folders) {
+/// Drawn by OpenGL, from textures that it keeps for a while after their windows have gone.
+constexpr char fadingGlPicom[] = R"(backend = "glx";
+shadow = true;
+fading = true;
+unredir-if-possible = false;
+)";
+
+CompositorCommand picom(const char* configuration, const DesktopFolders& folders,
+                        const QStringList& more = {}) {
     folders.write(u"picom.conf"_s, configuration);
-    return {u"picom"_s,
-            {u"--config"_s, folders.path(u"picom.conf"_s), u"--backend"_s, u"xrender"_s}};
+    return {u"picom"_s, QStringList{u"--config"_s, folders.path(u"picom.conf"_s)} + more};
 }
 
 } // namespace
@@ -33,6 +40,8 @@ CompositorCommand compositorCommand(Compositor compositor, const DesktopFolders&
         return picom(plainPicom, folders);
     case Compositor::PicomFading:
         return picom(fadingPicom, folders);
+    case Compositor::PicomGlFading:
+        return picom(fadingGlPicom, folders, {u"--experimental-backends"_s});
     case Compositor::Xcompmgr:
         return {u"xcompmgr"_s, {}};
     case Compositor::XcompmgrFading:

@@ -70,7 +70,7 @@ VirtualDesktop::VirtualDesktop(const DesktopOptions& options) : m_options(option
         startWindowManager();
     }
     if (m_options.compositor != Compositor::None) {
-        startCompositor();
+        startCompositor(m_options.compositor);
     }
     if (m_options.trayHost == TrayHost::Trayer) {
         startTray();
@@ -167,10 +167,14 @@ void VirtualDesktop::startWindowManager() {
     require("a window manager that manages", [this] { return managesNewWindows(*m_connection); });
 }
 
-void VirtualDesktop::startCompositor() {
-    const CompositorCommand command = compositorCommand(m_options.compositor, m_folders);
+void VirtualDesktop::startCompositor(Compositor kind) {
+    const CompositorCommand command = compositorCommand(kind, m_folders);
     m_compositor = start(command.program, command.arguments);
     waitForOwner("_NET_WM_CM_S0", *m_compositor);
+}
+
+void VirtualDesktop::stopCompositor() {
+    m_compositor.reset();
 }
 
 void VirtualDesktop::startTray() {

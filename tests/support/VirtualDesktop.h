@@ -11,7 +11,7 @@
 
 namespace snapvane::testing {
 
-enum class Compositor { None, Picom, PicomFading, Xcompmgr, XcompmgrFading };
+enum class Compositor { None, Picom, PicomFading, PicomGlFading, Xcompmgr, XcompmgrFading };
 enum class ScreenSet { One, TwoSideBySide };
 enum class TrayHost { None, Trayer };
 enum class SessionBus { No, Yes };
@@ -51,6 +51,9 @@ public:
 
     void startTray();
     void stopTray();
+    /// Starts a compositor while the desktop is in use, or ends it.
+    void startCompositor(Compositor kind);
+    void stopCompositor();
     /// Unplugs the right one of two screens, or plugs it in.
     void removeRightScreen();
     void addRightScreen();
@@ -64,7 +67,6 @@ private:
     [[nodiscard]] QString monitorGeometry(int left) const;
     void startBus();
     void startWindowManager();
-    void startCompositor();
     std::unique_ptr<ChildProcess> start(const QString& program, const QStringList& arguments);
     void waitForOwner(const char* selection, ChildProcess& process);
 

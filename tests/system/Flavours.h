@@ -13,8 +13,8 @@ template <Compositor kind> struct Flavour { static constexpr Compositor composit
 
 using EveryFlavour =
     ::testing::Types<Flavour<Compositor::None>, Flavour<Compositor::Picom>,
-                     Flavour<Compositor::PicomFading>, Flavour<Compositor::Xcompmgr>,
-                     Flavour<Compositor::XcompmgrFading>>;
+                     Flavour<Compositor::PicomFading>, Flavour<Compositor::PicomGlFading>,
+                     Flavour<Compositor::Xcompmgr>, Flavour<Compositor::XcompmgrFading>>;
 
 constexpr const char* nameOf(Compositor compositor) {
     switch (compositor) {
@@ -24,6 +24,8 @@ constexpr const char* nameOf(Compositor compositor) {
         return "Picom";
     case Compositor::PicomFading:
         return "PicomFading";
+    case Compositor::PicomGlFading:
+        return "PicomGlFading";
     case Compositor::Xcompmgr:
         return "Xcompmgr";
     case Compositor::XcompmgrFading:

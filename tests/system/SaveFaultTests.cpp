@@ -177,6 +177,21 @@ TEST_F(SaveFaults, KillWhileSavingLeavesAWholeFileOrNone) {
     std::printf("%d of %d kills came after the save\n", whole, rounds);
 }
 
+TEST_F(SaveFaults, LeavingRightAfterTheReleaseStillSaves) {
+    for (const int delayMs : {0, 5, 15, 40}) {
+        AgentProcess agent(m_desktop);
+        agent.clearPictures();
+        capture(agent);
+        pause(std::chrono::milliseconds(delayMs));
+        const ChildProcess::Exit exit = agent.terminate();
+        EXPECT_EQ(exit.code, 0);
+        EXPECT_EQ(exit.signal, 0);
+        const QStringList files = agent.filesInPictureFolder();
+        ASSERT_EQ(files.size(), 1) << "after " << delayMs << " ms";
+        EXPECT_EQ(QImage(agent.savedPictures().value(0)).size(), noisyRect.size());
+    }
+}
+
 } // namespace
 
 } // namespace snapvane::testing

@@ -4,6 +4,8 @@
 
 #include <X11/keysym.h>
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 namespace snapvane::testing {
@@ -168,6 +170,23 @@ TEST_F(Selection, OneOverlayAScreenWithTheNamesOthersRelyOn) {
     }
     injector().tapKey(XK_Escape);
     expectCancelled();
+}
+
+TEST_F(Selection, PlaceOfTheReleaseCountsHoweverBusyTheAgentIs) {
+    const QImage expected = reference().copy(100, 100, 300, 200);
+    beginSelection();
+    injector().moveTo({100, 100});
+    injector().press();
+    injector().moveTo({150, 150});
+    pause(std::chrono::milliseconds(100));
+    // What is moved meanwhile waits in a queue, in which later motion drives out earlier.
+    agent().process().sendSignal(SIGSTOP);
+    injector().moveTo({400, 300});
+    injector().release();
+    injector().moveTo({600, 600});
+    agent().process().sendSignal(SIGCONT);
+    EXPECT_TRUE(samePicture(expected, QImage(agent().waitForPicture()), u"selection-busy"_s));
+    EXPECT_TRUE(agent().waitForOverlayGone());
 }
 
 } // namespace

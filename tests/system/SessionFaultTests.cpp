@@ -109,6 +109,38 @@ TEST(KilledSession, LeavesNeitherVeilNorGrab) {
     }
 }
 
+TEST_F(SessionFaults, CompositorThatStartsInMidSelection) {
+    const QImage expected = reference().copy(300, 200, 400, 300);
+    beginSelection();
+    desktop().startCompositor(Compositor::PicomFading);
+    ASSERT_TRUE(agent().waitForLogLine(u"Compositing was turned on or off"_s, logAtStart));
+    agent().waitForOverlay();
+    pause(std::chrono::milliseconds(500));
+    injector().drag({300, 200}, {700, 500});
+    EXPECT_TRUE(samePicture(expected, QImage(agent().waitForPicture()), u"compositor-starts"_s));
+    EXPECT_TRUE(agent().waitForOverlayGone());
+    desktop().stopCompositor();
+}
+
+TEST_F(SessionFaults, CompositorThatStopsInMidSelection) {
+    const QImage before = reference();
+    desktop().startCompositor(Compositor::Picom);
+    pause(std::chrono::milliseconds(300));
+    beginSelection();
+    desktop().stopCompositor();
+    ASSERT_TRUE(agent().waitForLogLine(u"Compositing was turned on or off"_s, logAtStart));
+    agent().waitForOverlay();
+    pause(std::chrono::milliseconds(300));
+    // The desktop shows under the veil; it is not black.
+    const QColor bare = before.pixelColor(900, 600);
+    const QColor veiled = grabScreen(desktop().connection(), {900, 600, 1, 1}).pixelColor(0, 0);
+    EXPECT_NEAR(veiled.green(), bare.green() * 0.82, 2);
+    injector().drag({300, 200}, {700, 500});
+    EXPECT_TRUE(samePicture(before.copy(300, 200, 400, 300), QImage(agent().waitForPicture()),
+                            u"compositor-stops"_s));
+    EXPECT_TRUE(agent().waitForOverlayGone());
+}
+
 } // namespace
 
 } // namespace snapvane::testing
