@@ -40,7 +40,9 @@ void AgentSuite::TearDown() {
 QImage AgentSuite::reference() {
     require("the last notice to go",
             [] { return !probe().viewableWindowNamed(u"Snapvane Notice"_s).has_value(); });
-    return grabSettledScreen(desktop().connection(), desktop().rect());
+    // Longer than a compositor that draws in software takes for one step of a fade.
+    constexpr int calmMs = 400;
+    return grabSettledScreen(desktop().connection(), desktop().rect(), calmMs);
 }
 
 void AgentSuite::beginSelection() {

@@ -32,7 +32,11 @@ protected:
     }
 };
 
-TYPED_TEST_SUITE(Exactness, EveryFlavour, FlavourNames);
+TYPED_TEST_SUITE(Exactness, EveryFlavourAndGl, FlavourNames);
+
+template <typename FlavourType> class LiveExactness : public Exactness<FlavourType> {};
+
+TYPED_TEST_SUITE(LiveExactness, EveryFlavour, FlavourNames);
 
 TYPED_TEST(Exactness, DragInEachOfTheFourDirections) {
     // Title bar, frame, shadow and a window's inside are all in the rectangle.
@@ -68,7 +72,7 @@ TYPED_TEST(Exactness, SecondMonitor) {
     this->expectExact({2559, 719}, {2400, 600}, {2400, 600, 160, 120}, this->name("last-corner"));
 }
 
-TYPED_TEST(Exactness, LiveWindowIsOneWholeFrameOfItsOwnTime) {
+TYPED_TEST(LiveExactness, LiveWindowIsOneWholeFrameOfItsOwnTime) {
     TestClient::Options options = this->client(u"live"_s, {300, 200, 400, 300});
     options.overrideRedirect = true;
     const TestClient live(this->desktop(), options);

@@ -13,6 +13,12 @@ template <Compositor kind> struct Flavour { static constexpr Compositor composit
 
 using EveryFlavour =
     ::testing::Types<Flavour<Compositor::None>, Flavour<Compositor::Picom>,
+                     Flavour<Compositor::PicomFading>, Flavour<Compositor::Xcompmgr>,
+                     Flavour<Compositor::XcompmgrFading>>;
+
+/// Drawn by OpenGL, in software here: too slow for tests that follow what happens in time.
+using EveryFlavourAndGl =
+    ::testing::Types<Flavour<Compositor::None>, Flavour<Compositor::Picom>,
                      Flavour<Compositor::PicomFading>, Flavour<Compositor::PicomGlFading>,
                      Flavour<Compositor::Xcompmgr>, Flavour<Compositor::XcompmgrFading>>;
 

@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TYPED_TEST_SUITE(FullScreen, EveryFlavour, FlavourNames);
+TYPED_TEST_SUITE(FullScreen, EveryFlavourAndGl, FlavourNames);
 
 TYPED_TEST(FullScreen, CornerToCornerIsTheWholeScreen) {
     const QString name = u"full-screen-%1"_s.arg(QLatin1String(nameOf(TypeParam::compositor)));

@@ -68,11 +68,16 @@ public:
     Probe(const Probe&) = delete;
     Probe& operator=(const Probe&) = delete;
 
-    void makeTransparent() const {
+    /// Takes it off the glass in a way that no compositor fades.
+    void conceal() const {
         const std::uint32_t transparent = 0;
         xcb_change_window_attributes(m_server.connection, m_window, XCB_CW_BACK_PIXEL,
                                      &transparent);
         xcb_clear_area(m_server.connection, 0, m_window, 0, 0, 1, 1);
+        const std::array<std::uint32_t, 2> offDesktop = {static_cast<std::uint32_t>(-2),
+                                                         static_cast<std::uint32_t>(-2)};
+        xcb_configure_window(m_server.connection, m_window,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, offDesktop.data());
         xcb_flush(m_server.connection);
     }
 
@@ -134,7 +139,7 @@ void passCompositorBarrier(const Server& server, const DeviceRect& area,
     const Probe probe(server, place->position, color);
     const bool shown = waitForPixel(server, place->position, color, true, deadline);
     if (place->insideArea) {
-        probe.makeTransparent();
+        probe.conceal();
         // Where a fade kept the probe from showing fully, what was there before must come back.
         waitForPixel(server, place->position, shown ? color : *before, !shown,
                      Clock::now() + patience);
