@@ -19,6 +19,9 @@ struct PanelOptions {
     /// Place in the stacking order among the program's own surfaces; above all other applications.
     int level = 0;
     PanelInput input = PanelInput::ClickThrough;
+    /// Of the surface's corners, in points: where the desktop shows no transparency, the surface is
+    /// cut to that shape. What the widget paints is round by itself.
+    double cornerRadius = 0;
 };
 
 /// A widget shown as a borderless surface at a global place, on every workspace, never activating
@@ -30,8 +33,13 @@ public:
     /// Shows the panel, or moves it when it is shown, with its lower-left corner at `origin`
     /// (global points) and brings it to the front of its level.
     virtual void showAt(GlobalPoint origin) = 0;
+    /// Shows the panel where it was last, in front of its level.
+    virtual void show() = 0;
     virtual void hide() = 0;
     virtual bool isVisible() const = 0;
+    /// False once the desktop shows transparency in another way than when the panel was made; one
+    /// that is made then looks right.
+    virtual bool isCurrent() const = 0;
 };
 
 class Panels {

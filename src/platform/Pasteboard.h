@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QImage>
 #include <QString>
+#include <QUrl>
 
 #include <optional>
 
@@ -11,9 +13,10 @@ namespace snapvane {
 struct PasteboardContents {
     /// The encoded picture, handed to readers byte for byte.
     std::optional<QByteArray> png;
+    /// The same picture, for a clipboard that does not take encoded ones; left out where it does.
+    std::optional<QImage> image;
     std::optional<QString> text;
-    /// An absolute URL.
-    std::optional<QString> url;
+    std::optional<QUrl> url;
 };
 
 /// The desktop's clipboard. Main thread.

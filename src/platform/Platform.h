@@ -6,6 +6,8 @@
 
 namespace snapvane {
 
+class HotKeys;
+class KeyboardLayout;
 class LoginItem;
 class OverlayHost;
 class Panels;
@@ -26,6 +28,8 @@ public:
     virtual ScreenCapturer& capturer() = 0;
     virtual OverlayHost& overlays() = 0;
     virtual Panels& panels() = 0;
+    virtual HotKeys& hotKeys() = 0;
+    virtual KeyboardLayout& keyboardLayout() = 0;
     virtual Pasteboard& pasteboard() = 0;
     virtual Workspace& workspace() = 0;
     virtual LoginItem& loginItem() = 0;

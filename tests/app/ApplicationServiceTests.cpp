@@ -1,9 +1,9 @@
 #include "app/ApplicationService.h"
 
 #include "app/AppDelegateFixture.h"
-#include "app/PrivateBus.h"
 #include "base/AppIdentity.h"
 #include "selection/LogCapture.h"
+#include "support/PrivateBus.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>

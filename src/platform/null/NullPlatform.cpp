@@ -1,5 +1,6 @@
 #include "platform/null/NullPlatform.h"
 
+#include "platform/UsKeyboardLayout.h"
 #include "platform/null/ImageCanvas.h"
 
 #include <QWidget>
@@ -7,20 +8,6 @@
 namespace snapvane::null {
 
 namespace {
-
-/// Keeps the widget where nobody sees it.
-class NullPanel : public Panel {
-public:
-    explicit NullPanel(std::unique_ptr<QWidget> content) : m_content(std::move(content)) {}
-
-    void showAt(GlobalPoint) override { m_visible = true; }
-    void hide() override { m_visible = false; }
-    bool isVisible() const override { return m_visible; }
-
-private:
-    std::unique_ptr<QWidget> m_content;
-    bool m_visible = false;
-};
 
 QImage plainPicture(const NullCapturer::Shot& shot) {
     const PixelSize size = shot.configuration.outputSize;
@@ -97,8 +84,34 @@ QCoro::Task<> NullOverlayHost::menusClosed() {
     co_return;
 }
 
-std::unique_ptr<Panel> NullPanels::create(std::unique_ptr<QWidget> content, const PanelOptions&) {
-    return std::make_unique<NullPanel>(std::move(content));
+NullPanel::NullPanel(NullPanels& owner, std::unique_ptr<QWidget> newContent,
+                     PanelOptions newOptions)
+    : content(std::move(newContent)), options(std::move(newOptions)), m_owner(owner) {
+    m_owner.panels.push_back(this);
+}
+
+NullPanel::~NullPanel() {
+    std::erase(m_owner.panels, this);
+}
+
+void NullPanel::showAt(GlobalPoint newOrigin) {
+    origin = newOrigin;
+    show();
+}
+
+void NullPanel::show() {
+    visible = true;
+    ++raised;
+}
+
+std::unique_ptr<Panel> NullPanels::create(std::unique_ptr<QWidget> content,
+                                          const PanelOptions& options) {
+    ++created;
+    return std::make_unique<NullPanel>(*this, std::move(content), options);
+}
+
+std::optional<QString> NullKeyboardLayout::translate(std::uint16_t keyCode) const {
+    return keys ? keys(keyCode) : usCharacter(keyCode);
 }
 
 bool NullWorkspace::open(const QUrl& url) {

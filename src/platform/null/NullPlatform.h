@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Capturer.h"
+#include "platform/KeyboardLayout.h"
 #include "platform/LoginItem.h"
 #include "platform/Overlay.h"
 #include "platform/Panels.h"
@@ -9,6 +10,7 @@
 #include "platform/Screens.h"
 #include "platform/TrayHost.h"
 #include "platform/Workspace.h"
+#include "platform/null/NullHotKeys.h"
 
 #include <QUrl>
 
@@ -56,6 +58,7 @@ public:
 };
 
 class NullOverlayHost;
+class NullPanels;
 
 /// A session whose surfaces are images.
 class NullOverlaySession : public OverlaySession {
@@ -92,10 +95,48 @@ public:
     int menuWaits = 0;
 };
 
+/// Keeps the widget where nobody sees it. Belongs to who made it, who may ask after it here.
+class NullPanel : public Panel {
+public:
+    NullPanel(NullPanels& owner, std::unique_ptr<QWidget> newContent, PanelOptions newOptions);
+    ~NullPanel() override;
+
+    void showAt(GlobalPoint newOrigin) override;
+    void show() override;
+    void hide() override { visible = false; }
+    bool isVisible() const override { return visible; }
+    bool isCurrent() const override { return current; }
+
+    std::unique_ptr<QWidget> content;
+    PanelOptions options;
+    std::optional<GlobalPoint> origin;
+    bool visible = false;
+    bool current = true;
+    int raised = 0;
+
+private:
+    NullPanels& m_owner;
+};
+
 class NullPanels : public Panels {
 public:
     std::unique_ptr<Panel> create(std::unique_ptr<QWidget> content,
                                   const PanelOptions& options) override;
+
+    /// Those that there are, the newest last.
+    std::vector<NullPanel*> panels;
+    int created = 0;
+};
+
+/// A US keyboard, unless told otherwise.
+class NullKeyboardLayout : public KeyboardLayout {
+    Q_OBJECT
+
+public:
+    std::optional<QString> translate(std::uint16_t keyCode) const override;
+
+    /// Replaces the US keyboard when set.
+    std::function<std::optional<QString>(std::uint16_t keyCode)> keys;
 };
 
 class NullPasteboard : public Pasteboard {
@@ -143,6 +184,8 @@ public:
     NullCapturer& capturer() override { return m_capturer; }
     NullOverlayHost& overlays() override { return m_overlays; }
     NullPanels& panels() override { return m_panels; }
+    NullHotKeys& hotKeys() override { return m_hotKeys; }
+    NullKeyboardLayout& keyboardLayout() override { return m_keyboardLayout; }
     NullPasteboard& pasteboard() override { return m_pasteboard; }
     NullWorkspace& workspace() override { return m_workspace; }
     NullLoginItem& loginItem() override { return m_loginItem; }
@@ -153,6 +196,8 @@ private:
     NullCapturer m_capturer;
     NullOverlayHost m_overlays;
     NullPanels m_panels;
+    NullHotKeys m_hotKeys;
+    NullKeyboardLayout m_keyboardLayout;
     NullPasteboard m_pasteboard;
     NullWorkspace m_workspace;
     NullLoginItem m_loginItem;

@@ -1,12 +1,10 @@
 #include "platform/x11/OverlayKeyboard.h"
 
+#include "platform/x11/ServerKeys.h"
+
 namespace snapvane::x11 {
 
 namespace {
-
-// The Escape key: evdev code 1, which the X server counts from 8, is 53 in stored shortcuts.
-constexpr std::uint32_t serverEscapeKey = 9;
-constexpr int storedEscapeKey = 53;
 
 // Key symbols, from X11/keysymdef.h.
 constexpr xcb_keysym_t escapeSymbol = 0xff1b;
@@ -35,7 +33,7 @@ OverlayKeyboard::~OverlayKeyboard() {
 OverlayKeyEvent OverlayKeyboard::translate(std::uint32_t keyCode, std::uint32_t modifiers,
                                            std::uint8_t group) {
     OverlayKeyEvent event;
-    event.keyCode = keyCode == serverEscapeKey ? storedEscapeKey : -1;
+    event.keyCode = carbonOfServerKey(keyCode).value_or(-1);
     const xcb_keysym_t symbol = keySymbol(keyCode, group);
     const bool superHeld = (modifiers & XCB_MOD_MASK_4) != 0;
     event.isCancelCommand =

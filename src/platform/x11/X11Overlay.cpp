@@ -194,7 +194,7 @@ bool X11OverlaySession::handleInput(const xcb_ge_generic_event_t& event) {
             return false;
         }
         handleKey(key);
-        return true;
+        return false; // A hot key works during a selection as well.
     }
     default:
         return false;

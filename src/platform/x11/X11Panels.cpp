@@ -1,5 +1,6 @@
 #include "platform/x11/X11Panels.h"
 
+#include "platform/x11/RoundedShape.h"
 #include "platform/x11/StackingOrder.h"
 #include "platform/x11/X11Screens.h"
 
@@ -27,11 +28,12 @@ Qt::WindowFlags windowFlags(PanelInput input) {
 class X11Panel : public Panel {
 public:
     X11Panel(X11Screens& screens, std::unique_ptr<QWidget> content, const PanelOptions& options)
-        : m_screens(screens), m_content(std::move(content)), m_options(options) {
+        : m_screens(screens), m_content(std::move(content)), m_options(options),
+          m_translucent(hasCompositor(qtServer())) {
         m_content->setWindowFlags(windowFlags(options.input));
         m_content->setWindowTitle(options.name);
         m_content->setAttribute(Qt::WA_ShowWithoutActivating);
-        m_content->setAttribute(Qt::WA_TranslucentBackground, hasCompositor(qtServer()));
+        m_content->setAttribute(Qt::WA_TranslucentBackground, m_translucent);
         m_content->winId();
         setWindowIdentity(qtServer(), window(), options.name.toUtf8());
     }
@@ -40,11 +42,17 @@ public:
 
     void showAt(GlobalPoint origin) override {
         place(origin);
+        shape();
         m_content->show();
         // Qt places windows by its own, rounded, coordinates when it maps them.
         place(origin);
-        StackingOrder::raise(qtServer(), window(), m_options.level);
-        xcb_flush(qtServer().connection);
+        raise();
+    }
+
+    void show() override {
+        shape();
+        m_content->show();
+        raise();
     }
 
     void hide() override {
@@ -53,9 +61,25 @@ public:
     }
 
     bool isVisible() const override { return m_content->isVisible(); }
+    bool isCurrent() const override { return m_translucent == hasCompositor(qtServer()); }
 
 private:
     xcb_window_t window() const { return static_cast<xcb_window_t>(m_content->winId()); }
+
+    void raise() {
+        StackingOrder::raise(qtServer(), window(), m_options.level);
+        xcb_flush(qtServer().connection);
+    }
+
+    void shape() {
+        if (m_translucent || m_options.cornerRadius <= 0) {
+            return;
+        }
+        const double scale = m_content->devicePixelRatioF();
+        setRoundedShape(qtServer(), window(),
+                        {qRound(m_content->width() * scale), qRound(m_content->height() * scale)},
+                        m_options.cornerRadius * scale);
+    }
 
     void place(GlobalPoint origin) {
         const ScreenList screens = m_screens.list();
@@ -85,6 +109,7 @@ private:
     X11Screens& m_screens;
     std::unique_ptr<QWidget> m_content;
     PanelOptions m_options;
+    bool m_translucent;
 };
 
 } // namespace

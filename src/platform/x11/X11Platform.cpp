@@ -1,6 +1,9 @@
 #include "platform/x11/X11Platform.h"
 
 #include "platform/x11/X11Capturer.h"
+#include "platform/x11/X11HotKeys.h"
+#include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11KeyboardLayout.h"
 #include "platform/x11/X11Overlay.h"
 #include "platform/x11/X11Panels.h"
 #include "platform/x11/X11Screens.h"
@@ -20,6 +23,8 @@ public:
     ScreenCapturer& capturer() override { return m_capturer; }
     OverlayHost& overlays() override { return m_overlays; }
     Panels& panels() override { return m_panels; }
+    HotKeys& hotKeys() override { return m_hotKeys; }
+    KeyboardLayout& keyboardLayout() override { return m_keyboardLayout; }
     Pasteboard& pasteboard() override { return m_pasteboard; }
     Workspace& workspace() override { return m_workspace; }
     LoginItem& loginItem() override { return m_loginItem; }
@@ -30,6 +35,9 @@ private:
     X11Capturer m_capturer{m_screens};
     X11OverlayHost m_overlays{m_screens, m_capturer.grabber()};
     X11Panels m_panels{m_screens};
+    X11Keyboard m_keyboard;
+    X11KeyboardLayout m_keyboardLayout{m_keyboard};
+    X11HotKeys m_hotKeys{m_keyboard};
     xdg::QtPasteboard m_pasteboard;
     xdg::XdgWorkspace m_workspace;
     xdg::XdgLoginItem m_loginItem;

@@ -1,8 +1,11 @@
-#include "app/PrivateBus.h"
+#include "support/PrivateBus.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
+
+#include <csignal>
+#include <sys/prctl.h>
 
 namespace snapvane::testing {
 
@@ -11,6 +14,8 @@ PrivateBus::PrivateBus() {
     const QString output = m_folder.filePath(QStringLiteral("address"));
     m_daemon.setStandardOutputFile(output);
     m_daemon.setStandardErrorFile(m_folder.filePath(QStringLiteral("errors")));
+    // Also when the tests crash.
+    m_daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_daemon.start(QStringLiteral("dbus-daemon"),
                    {QStringLiteral("--session"), QStringLiteral("--print-address"),
                     QStringLiteral("--nofork"), QStringLiteral("--nopidfile")});

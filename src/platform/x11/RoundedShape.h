@@ -1,0 +1,18 @@
+#pragma once
+
+#include "base/Geometry.h"
+#include "platform/x11/X11Connection.h"
+
+#include <vector>
+
+namespace snapvane::x11 {
+
+/// The rows, or blocks of rows, that a rectangle with round corners consists of, in pixels from its
+/// upper-left corner: the pixels whose centres lie inside.
+std::vector<xcb_rectangle_t> roundedRows(PixelSize size, double radius);
+
+/// Cuts a window to a rectangle with round corners (native pixels). Nothing happens on a server
+/// without the extension for it.
+void setRoundedShape(const Server& server, xcb_window_t window, PixelSize size, double radius);
+
+} // namespace snapvane::x11
