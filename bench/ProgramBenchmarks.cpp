@@ -43,6 +43,25 @@ double triggerToOverlay(AgentProcess& agent) {
     return milliseconds(timer);
 }
 
+/// From the release of the shortcut to the same.
+double shortcutToOverlay(AgentProcess& agent, Injector& injector) {
+    // Control, shift and P on an evdev keyboard.
+    constexpr xcb_keycode_t control = 37;
+    constexpr xcb_keycode_t shift = 50;
+    constexpr xcb_keycode_t p = 33;
+    injector.pressKeyCode(control);
+    injector.pressKeyCode(shift);
+    injector.pressKeyCode(p);
+    QElapsedTimer timer;
+    timer.start();
+    injector.releaseKeyCode(p);
+    agent.waitForOverlay();
+    const double elapsed = milliseconds(timer);
+    injector.releaseKeyCode(shift);
+    injector.releaseKeyCode(control);
+    return elapsed;
+}
+
 /// From the release of the button to the finished file.
 double releaseToFile(AgentProcess& agent, Injector& injector, const QRect& area) {
     agent.clearPictures();
@@ -86,10 +105,14 @@ void measure() {
     print("idle, private dirty", static_cast<double>(memoryKiB(agent.id(), "Private_Dirty")) / 1024,
           "MiB");
 
+    std::vector<double> shortcut;
     std::vector<double> overlay;
     std::vector<double> fullHd;
     std::vector<double> ultraHd;
     for (int round = 0; round < rounds; ++round) {
+        shortcut.push_back(shortcutToOverlay(agent, injector));
+        injector.click({10, 10});
+        agent.waitForOverlayGone();
         overlay.push_back(triggerToOverlay(agent));
         injector.click({10, 10});
         agent.waitForOverlayGone();
@@ -98,7 +121,8 @@ void measure() {
         ultraHd.push_back(releaseToFile(agent, injector, desktop.rect()));
         agent.waitForOverlayGone();
     }
-    print("trigger to overlay with input", median(overlay), "ms");
+    print("shortcut released to overlay with input", median(shortcut), "ms");
+    print("bus call to overlay with input", median(overlay), "ms");
     print("release to file, 1920 x 1080, noise", median(fullHd), "ms");
     print("release to file, 3840 x 2160, noise", median(ultraHd), "ms");
     print("own CPU per drag move", cpuPerMove(agent, injector), "ms");

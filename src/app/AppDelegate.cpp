@@ -1,7 +1,9 @@
 #include "app/AppDelegate.h"
 
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "KeyboardShortcuts/MenuItemShortcut.h"
 #include "app/CaptureCoordinator.h"
-#include "app/GlobalShortcut.h"
+#include "app/CaptureShortcut.h"
 #include "capture/ScreenCapturePermissionManager.h"
 #include "platform/Capturer.h"
 #include "platform/Platform.h"
@@ -26,18 +28,18 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::applicationWillTerminate() {
-    m_with.shortcut.disable();
+    m_with.shortcuts.disable({captureArea()});
 }
 
 void AppDelegate::menuWillOpen() {
-    m_with.shortcut.disable();
+    m_with.shortcuts.disable({captureArea()});
     if (m_showScreenCenterItem != nullptr) {
         m_showScreenCenterItem->setChecked(m_with.preferences.showCrosshairLinesWhileCapturing());
     }
 }
 
 void AppDelegate::menuDidClose() {
-    m_with.shortcut.enable();
+    m_with.shortcuts.enable({captureArea()});
 }
 
 void AppDelegate::beginCapture(CaptureTrigger trigger) {
@@ -70,11 +72,19 @@ void AppDelegate::quit() {
     QCoreApplication::quit();
 }
 
+const KeyboardShortcuts::Name& AppDelegate::captureArea() {
+    if (!m_captureArea) {
+        m_captureArea = makeCaptureAreaName();
+    }
+    return *m_captureArea;
+}
+
 void AppDelegate::setupStatusItem() {
     m_statusItem = std::make_unique<StatusItem>(
         m_with.platform.trayHost(), [this](StatusMenuAction action) { perform(action); });
     StatusMenu& menu = m_statusItem->menu();
-    m_with.shortcut.bindMenuItem(menu.action(StatusMenuAction::CaptureArea));
+    KeyboardShortcuts::setShortcut(menu.action(StatusMenuAction::CaptureArea), captureArea(),
+                                   m_with.shortcuts, m_with.platform.keyboardLayout());
     m_showScreenCenterItem = &menu.action(StatusMenuAction::ToggleCrosshairLines);
     m_showScreenCenterItem->setChecked(m_with.preferences.showCrosshairLinesWhileCapturing());
     connect(&menu.tracking(), &MenuTracking::willOpen, this, &AppDelegate::menuWillOpen);
@@ -83,7 +93,7 @@ void AppDelegate::setupStatusItem() {
 
 void AppDelegate::registerGlobalShortcut() {
     const QPointer<AppDelegate> self(this);
-    m_with.shortcut.onKeyUp([self] {
+    m_with.shortcuts.onKeyUp(captureArea(), [self] {
         if (self) {
             self->beginCapture(CaptureTrigger::Shortcut);
         }

@@ -1,17 +1,22 @@
 #pragma once
 
+#include "KeyboardShortcuts/Name.h"
 #include "app/StatusItem.h"
 #include "selection/CaptureTrigger.h"
 
 #include <QObject>
 
 #include <memory>
+#include <optional>
+
+namespace KeyboardShortcuts {
+class NamedShortcuts;
+} // namespace KeyboardShortcuts
 
 namespace snapvane {
 
 class AppPreferences;
 class CaptureCoordinator;
-class GlobalShortcut;
 class GuideLines;
 class Platform;
 class ScreenCapturePermissionManager;
@@ -30,7 +35,7 @@ public:
         ScreenCapturePermissionManager& permission;
         AppPreferences& preferences;
         GuideLines& guideLines;
-        GlobalShortcut& shortcut;
+        KeyboardShortcuts::NamedShortcuts& shortcuts;
     };
 
     explicit AppDelegate(const Collaborators& collaborators);
@@ -59,6 +64,8 @@ public:
     QAction* showScreenCenterItem() { return m_showScreenCenterItem; }
 
 private:
+    /// Made when it is first needed.
+    const KeyboardShortcuts::Name& captureArea();
     void setupStatusItem();
     void registerGlobalShortcut();
     void checkPermission();
@@ -68,6 +75,7 @@ private:
     Collaborators m_with;
     std::unique_ptr<StatusItem> m_statusItem;
     QAction* m_showScreenCenterItem = nullptr;
+    std::optional<KeyboardShortcuts::Name> m_captureArea;
 };
 
 } // namespace snapvane

@@ -1,13 +1,15 @@
 #include "app/SnapvaneApp.h"
 
+#include "KeyboardShortcuts/HotKeyCenter.h"
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "app/AppDelegate.h"
 #include "app/ApplicationService.h"
 #include "app/CaptureCoordinator.h"
-#include "app/GlobalShortcut.h"
 #include "app/QXAppVersion.h"
 #include "app/TerminationSignals.h"
 #include "base/AppIdentity.h"
 #include "base/Log.h"
+#include "base/UserDefaults.h"
 #include "capture/ScreenCapturePermissionManager.h"
 #include "platform/PlatformLoader.h"
 #include "selection/AppPreferences.h"
@@ -76,11 +78,29 @@ void finishCaptures(const Log& log) {
     }
 }
 
+/// The program's global shortcuts, for as long as the object lives.
+class InstalledShortcuts {
+public:
+    explicit InstalledShortcuts(Platform& platform)
+        : m_center(platform.hotKeys()), m_named(UserDefaults::standard(), m_center) {
+        KeyboardShortcuts::NamedShortcuts::install(&m_named);
+    }
+    ~InstalledShortcuts() { KeyboardShortcuts::NamedShortcuts::install(nullptr); }
+    InstalledShortcuts(const InstalledShortcuts&) = delete;
+    InstalledShortcuts& operator=(const InstalledShortcuts&) = delete;
+
+    KeyboardShortcuts::NamedShortcuts& named() { return m_named; }
+
+private:
+    KeyboardShortcuts::HotKeyCenter m_center;
+    KeyboardShortcuts::NamedShortcuts m_named;
+};
+
 int runOn(Platform& platform, const Log& log) {
-    NoGlobalShortcut shortcut;
+    InstalledShortcuts shortcuts(platform);
     AppDelegate delegate({platform, CaptureCoordinator::shared(),
                           ScreenCapturePermissionManager::shared(), AppPreferences::shared(),
-                          GuideLines::shared(), shortcut});
+                          GuideLines::shared(), shortcuts.named()});
     ApplicationService service(delegate);
     switch (service.claim()) {
     case ApplicationService::Claim::First:

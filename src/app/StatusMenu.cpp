@@ -16,8 +16,8 @@ bool StatusMenu::eventFilter(QObject*, QEvent* event) {
         return false;
     }
     const QKeySequence pressed(static_cast<QKeyEvent*>(event)->keyCombination());
-    for (QAction* action : m_menu.actions()) {
-        if (!action->shortcut().isEmpty() && action->shortcut() == pressed) {
+    for (QAction* action : m_withKeyEquivalent) {
+        if (action->shortcut() == pressed) {
             m_menu.close();
             action->trigger();
             return true;
@@ -36,7 +36,10 @@ void StatusMenu::add(const StatusMenuEntry& entry) {
     action->setIcon(QXMenuSymbol::imageOrPlaceholder(QXMenuSymbol::symbolName(entry.symbol)));
     action->setIconVisibleInMenu(true);
     action->setToolTip(QXMenuSymbol::accessibilityDescription(entry.symbol));
-    action->setShortcut(entry.keySequence());
+    if (!entry.keyEquivalent.isEmpty()) {
+        action->setShortcut(entry.keySequence());
+        m_withKeyEquivalent.push_back(action);
+    }
     action->setShortcutVisibleInContextMenu(true);
     action->setCheckable(entry.isCheckable);
     m_actions[entry.action] = action;

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <map>
+#include <vector>
 
 namespace snapvane {
 
@@ -35,6 +36,9 @@ private:
     QMenu m_menu;
     MenuTracking m_tracking{m_menu};
     std::map<StatusMenuAction, QAction*> m_actions;
+    // Those whose key equivalents act in the menu. The global shortcut that an entry shows is not
+    // among them: pressed in the menu it must start nothing.
+    std::vector<QAction*> m_withKeyEquivalent;
 };
 
 } // namespace snapvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "KeyboardShortcuts/HotKeyCenter.h"
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "app/AppDelegate.h"
 #include "app/AppFakes.h"
 #include "base/UserDefaults.h"
@@ -18,10 +20,18 @@ public:
     ~DelegateTest() override {
         captures.captureGate.openAll();
         settle();
+        delegate.reset();
+        KeyboardShortcuts::NamedShortcuts::install(nullptr);
     }
 
 protected:
-    DelegateTest() { preferences.setShowSelectionMagnifier(false); }
+    /// Control, shift and P.
+    static constexpr null::NullHotKeys::Combination defaultShortcut = {35, 0x1200};
+
+    DelegateTest() {
+        preferences.setShowSelectionMagnifier(false);
+        KeyboardShortcuts::NamedShortcuts::install(&shortcuts);
+    }
 
     void launch(bool access = true) {
         platform.capturer().access = access;
@@ -29,6 +39,18 @@ protected:
     }
     Journal news() { return std::exchange(journal, {}); }
     bool isSelecting() { return platform.overlays().session != nullptr; }
+    /// The user's hands on the default shortcut.
+    void pressShortcut() { platform.hotKeys().press(defaultShortcut); }
+    void releaseShortcut() { platform.hotKeys().release(defaultShortcut); }
+    void tapShortcut() {
+        pressShortcut();
+        releaseShortcut();
+    }
+    bool hasHotKey() { return platform.hotKeys().registered.contains(defaultShortcut); }
+    /// What the preferences hold of the shortcut.
+    std::optional<QString> storedShortcut() const {
+        return defaults.string(QStringLiteral("KeyboardShortcuts_captureArea"));
+    }
     QAction& entry(StatusMenuAction action) {
         return delegate->statusItem()->menu().action(action);
     }
@@ -37,13 +59,14 @@ protected:
     UserDefaults defaults{folder.filePath(QStringLiteral("Snapvane.conf"))};
     AppPreferences preferences{defaults};
     Journal journal;
-    null::NullPlatform platform;
+    RecordingPlatform platform{journal};
     RecordingAlerts alerts{journal};
     RecordingGuideLines lines{journal};
     RecordingMagnifier magnifier{journal};
     HeldSnapshots snapshots{journal};
     FakeCaptures captures{journal};
-    RecordingShortcut shortcut{journal};
+    KeyboardShortcuts::HotKeyCenter center{platform.hotKeys()};
+    KeyboardShortcuts::NamedShortcuts shortcuts{defaults, center};
     ScreenCapturePermissionManager permission{alerts, platform.workspace()};
     CaptureCoordinator coordinator{
         {{preferences, platform.screens(), platform.overlays(), lines, magnifier, snapshots},
@@ -52,7 +75,7 @@ protected:
          alerts}};
     std::unique_ptr<AppDelegate> delegate =
         std::make_unique<AppDelegate>(AppDelegate::Collaborators{platform, coordinator, permission,
-                                                                 preferences, lines, shortcut});
+                                                                 preferences, lines, shortcuts});
 };
 
 } // namespace snapvane::testing

@@ -1,4 +1,5 @@
 #include "app/AppDelegateFixture.h"
+#include "app/CaptureShortcut.h"
 #include "selection/LogCapture.h"
 
 #include <QApplication>
@@ -12,7 +13,13 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-using AppDelegateTest = testing::DelegateTest;
+class AppDelegateTest : public testing::DelegateTest {
+protected:
+    /// What the capture entry shows beside its title.
+    QString captureKeys() {
+        return entry(StatusMenuAction::CaptureArea).shortcut().toString(QKeySequence::PortableText);
+    }
+};
 
 const char* const permissionAlert = "alert Screen Recording Permission Required";
 
@@ -23,10 +30,16 @@ TEST_F(AppDelegateTest, BeginsWithoutStatusItem) {
 }
 
 TEST_F(AppDelegateTest, LaunchesInOrder) {
+    QString shownAtRegistration;
+    platform.hotKeys().onRegistration = [&] {
+        ASSERT_NE(delegate->statusItem(), nullptr);
+        shownAtRegistration = captureKeys();
+    };
     launch();
-    EXPECT_THAT(news(), ElementsAre("shortcut bind", "shortcut handler"));
+    EXPECT_THAT(news(), ElementsAre("hot key registered"));
+    EXPECT_EQ(shownAtRegistration, QStringLiteral("Ctrl+Shift+P"))
+        << "the menu entry shows the shortcut before the shortcut is handled";
     ASSERT_NE(delegate->statusItem(), nullptr);
-    EXPECT_EQ(shortcut.bound, &entry(StatusMenuAction::CaptureArea));
     EXPECT_EQ(delegate->showScreenCenterItem(), &entry(StatusMenuAction::ToggleCrosshairLines));
     EXPECT_TRUE(permission.hasScreenCaptureAccess);
     Q_EMIT platform.screens().changed();
@@ -39,13 +52,13 @@ TEST_F(AppDelegateTest, TheRestOfTheLaunchWaitsForTheAlert) {
     bool hadHandler = false;
     alerts.whileShown = [&] {
         hadStatusItem = delegate->statusItem() != nullptr;
-        hadHandler = static_cast<bool>(shortcut.handler);
+        hadHandler = hasHotKey();
         Q_EMIT platform.screens().changed();
     };
     launch(false);
     EXPECT_TRUE(hadStatusItem);
     EXPECT_TRUE(hadHandler);
-    EXPECT_THAT(news(), ElementsAre("shortcut bind", "shortcut handler", permissionAlert))
+    EXPECT_THAT(news(), ElementsAre("hot key registered", permissionAlert))
         << "the screens are observed only after the alert";
     Q_EMIT platform.screens().changed();
     EXPECT_THAT(news(), ElementsAre("lines screens changed"));
@@ -56,7 +69,7 @@ TEST_F(AppDelegateTest, WithoutPermissionTheAlertComesAtLaunchAndNeverAgain) {
     EXPECT_THAT(alerts.shown, SizeIs(1));
     (void)news();
     delegate->beginCaptureFromMenu();
-    shortcut.handler();
+    tapShortcut();
     entry(StatusMenuAction::CaptureArea).trigger();
     testing::settle();
     EXPECT_THAT(news(), IsEmpty());
@@ -102,16 +115,34 @@ TEST_F(AppDelegateTest, TheMenuStartsACaptureThatWaitsForMenus) {
 
 TEST_F(AppDelegateTest, TheShortcutStartsACaptureAtOnce) {
     launch();
-    shortcut.handler();
+    tapShortcut();
     EXPECT_TRUE(isSelecting());
     EXPECT_EQ(platform.overlays().menuWaits, 0);
+}
+
+TEST_F(AppDelegateTest, TheShortcutActsWhenItIsReleased) {
+    launch();
+    pressShortcut();
+    testing::settle();
+    EXPECT_FALSE(isSelecting());
+    releaseShortcut();
+    EXPECT_TRUE(isSelecting());
+}
+
+TEST_F(AppDelegateTest, TheShortcutDuringASelectionStartsAnew) {
+    launch();
+    tapShortcut();
+    tapShortcut();
+    EXPECT_TRUE(isSelecting());
+    EXPECT_EQ(platform.overlays().opened, 2);
 }
 
 TEST_F(AppDelegateTest, TheShortcutHandlerHoldsTheDelegateWeakly) {
     launch();
     delegate.reset();
     (void)news();
-    shortcut.handler();
+    ASSERT_TRUE(hasHotKey()) << "the handler outlives the delegate";
+    tapShortcut();
     EXPECT_THAT(news(), IsEmpty());
     EXPECT_FALSE(isSelecting());
     Q_EMIT platform.screens().changed();
@@ -122,15 +153,82 @@ TEST_F(AppDelegateTest, AnOpenMenuSwitchesTheShortcutOff) {
     launch();
     (void)news();
     delegate->menuWillOpen();
-    EXPECT_THAT(news(), ElementsAre("shortcut disable"));
+    EXPECT_THAT(news(), ElementsAre("hot key unregistered"));
+    tapShortcut();
+    EXPECT_FALSE(isSelecting());
     delegate->menuDidClose();
-    EXPECT_THAT(news(), ElementsAre("shortcut enable"));
+    EXPECT_THAT(news(), ElementsAre("hot key registered"));
+    tapShortcut();
+    EXPECT_TRUE(isSelecting());
+}
 
+/// While a menu of ours is shown, the program is given the keys that go to it.
+TEST_F(AppDelegateTest, KeysInTheShownMenuDoNotStartACapture) {
+    launch();
+    (void)news();
     QMenu& menu = delegate->statusItem()->menu().menu();
     menu.popup({0, 0});
-    EXPECT_THAT(news(), ElementsAre("shortcut disable"));
+    EXPECT_THAT(news(), ElementsAre("hot key unregistered"));
+    tapShortcut();
+    EXPECT_FALSE(isSelecting());
+    EXPECT_TRUE(menu.isVisible());
     menu.close();
-    EXPECT_THAT(news(), ElementsAre("shortcut enable"));
+    EXPECT_THAT(news(), ElementsAre("hot key registered"));
+    tapShortcut();
+    EXPECT_TRUE(isSelecting());
+}
+
+/// Another program may have taken the combination in the meantime, and given it back later.
+TEST_F(AppDelegateTest, EachClosingOfTheMenuTriesTheShortcutAgain) {
+    platform.hotKeys().heldElsewhere.insert(defaultShortcut);
+    launch();
+    delegate->menuWillOpen();
+    delegate->menuDidClose();
+    EXPECT_THAT(news(), ElementsAre("hot key refused", "hot key refused"));
+    platform.hotKeys().heldElsewhere.clear();
+    delegate->menuWillOpen();
+    delegate->menuDidClose();
+    EXPECT_THAT(news(), ElementsAre("hot key registered"));
+    EXPECT_THAT(alerts.shown, IsEmpty());
+}
+
+TEST_F(AppDelegateTest, TheFirstLaunchStoresTheDefaultShortcut) {
+    EXPECT_EQ(storedShortcut(), std::nullopt);
+    launch();
+    EXPECT_EQ(storedShortcut(), QStringLiteral(R"({"carbonKeyCode":35,"carbonModifiers":4608})"));
+}
+
+TEST_F(AppDelegateTest, AClearedShortcutStaysCleared) {
+    defaults.set(QStringLiteral("KeyboardShortcuts_captureArea"), false);
+    launch();
+    EXPECT_THAT(news(), IsEmpty());
+    EXPECT_EQ(storedShortcut(), QStringLiteral("false"));
+    EXPECT_EQ(captureKeys(), QString());
+}
+
+TEST_F(AppDelegateTest, TheCaptureEntryShowsTheShortcutAndItsChanges) {
+    const KeyboardShortcuts::Name name = makeCaptureAreaName();
+    launch();
+    EXPECT_EQ(captureKeys(), QStringLiteral("Ctrl+Shift+P"));
+    shortcuts.setShortcut(KeyboardShortcuts::Shortcut(KeyboardShortcuts::Key::f5,
+                                                      KeyboardShortcuts::ModifierFlags::option),
+                          name);
+    EXPECT_EQ(captureKeys(), QStringLiteral("Alt+F5"));
+    shortcuts.setShortcut(std::nullopt, name);
+    EXPECT_EQ(captureKeys(), QString());
+    shortcuts.reset({name});
+    EXPECT_EQ(captureKeys(), QStringLiteral("Ctrl+Shift+P"));
+}
+
+TEST_F(AppDelegateTest, AChangedShortcutStartsTheCaptureInstead) {
+    const KeyboardShortcuts::Name name = makeCaptureAreaName();
+    launch();
+    shortcuts.setShortcut(KeyboardShortcuts::Shortcut::fromCarbon(96, 0x800), name);
+    tapShortcut();
+    EXPECT_FALSE(isSelecting());
+    platform.hotKeys().press({96, 0x800});
+    platform.hotKeys().release({96, 0x800});
+    EXPECT_TRUE(isSelecting());
 }
 
 TEST_F(AppDelegateTest, OpeningTheMenuRefreshesTheCheckMark) {
@@ -218,7 +316,8 @@ TEST_F(AppDelegateTest, TerminationSwitchesTheShortcutOff) {
     launch();
     (void)news();
     delegate->applicationWillTerminate();
-    EXPECT_THAT(news(), ElementsAre("shortcut disable"));
+    EXPECT_THAT(news(), ElementsAre("hot key unregistered"));
+    EXPECT_FALSE(hasHotKey());
 }
 
 TEST_F(AppDelegateTest, NoWindowIsVisibleAfterTheLaunch) {

@@ -1,10 +1,7 @@
 #pragma once
 
 #include "app/CaptureCoordinator.h"
-#include "app/GlobalShortcut.h"
 #include "selection/SessionFakes.h"
-
-#include <QAction>
 
 namespace snapvane::testing {
 
@@ -30,26 +27,55 @@ private:
     Journal& m_journal;
 };
 
-class RecordingShortcut : public GlobalShortcut {
+/// The system's hot keys, with their coming and going told in the journal.
+class RecordingHotKeys : public null::NullHotKeys {
 public:
-    explicit RecordingShortcut(Journal& journal) : m_journal(journal) {}
+    explicit RecordingHotKeys(Journal& journal) : m_journal(journal) {}
 
-    void onKeyUp(std::function<void()> newHandler) override {
-        handler = std::move(newHandler);
-        m_journal.emplace_back("shortcut handler");
-    }
-    void enable() override { m_journal.emplace_back("shortcut enable"); }
-    void disable() override { m_journal.emplace_back("shortcut disable"); }
-    void bindMenuItem(QAction& action) override {
-        bound = &action;
-        m_journal.emplace_back("shortcut bind");
+    std::unique_ptr<HotKeyRegistration> registerHotKey(std::uint32_t keyCode,
+                                                       std::uint32_t modifiers,
+                                                       HotKeyIdentifier identifier,
+                                                       std::function<void()> lost) override {
+        auto registration =
+            NullHotKeys::registerHotKey(keyCode, modifiers, identifier, std::move(lost));
+        if (!registration) {
+            m_journal.emplace_back("hot key refused");
+            return nullptr;
+        }
+        m_journal.emplace_back("hot key registered");
+        if (onRegistration) {
+            onRegistration();
+        }
+        return std::make_unique<RecordedRegistration>(m_journal, std::move(registration));
     }
 
-    std::function<void()> handler;
-    QAction* bound = nullptr;
+    /// Called when a hot key has been registered.
+    std::function<void()> onRegistration;
 
 private:
+    class RecordedRegistration : public HotKeyRegistration {
+    public:
+        RecordedRegistration(Journal& journal, std::unique_ptr<HotKeyRegistration> held)
+            : m_journal(journal), m_held(std::move(held)) {}
+        ~RecordedRegistration() override { m_journal.emplace_back("hot key unregistered"); }
+
+    private:
+        Journal& m_journal;
+        std::unique_ptr<HotKeyRegistration> m_held;
+    };
+
     Journal& m_journal;
+};
+
+/// The desktop in memory with such hot keys.
+class RecordingPlatform : public null::NullPlatform {
+public:
+    explicit RecordingPlatform(Journal& journal) : m_hotKeys(journal) {}
+
+    RecordingHotKeys& hotKeys() override { return m_hotKeys; }
+
+private:
+    RecordingHotKeys m_hotKeys;
 };
 
 /// The capture service and the actions after it, as a coordinator sees them.

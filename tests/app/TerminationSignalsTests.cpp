@@ -1,9 +1,7 @@
 #include "app/TerminationSignals.h"
 
-#include "app/GlobalShortcut.h"
 #include "selection/SessionFakes.h"
 
-#include <QAction>
 #include <QThread>
 
 #include <gmock/gmock.h>
@@ -48,18 +46,6 @@ TEST(TerminationSignals, CanBeMadeAgain) {
         testing::settle();
         EXPECT_EQ(calls, 1) << round;
     }
-}
-
-TEST(NoGlobalShortcut, ShowsAndDoesNothing) {
-    NoGlobalShortcut shortcut;
-    QAction action(QStringLiteral("Capture Area"));
-    bool called = false;
-    shortcut.onKeyUp([&called] { called = true; });
-    shortcut.bindMenuItem(action);
-    shortcut.enable();
-    shortcut.disable();
-    EXPECT_TRUE(action.shortcut().isEmpty());
-    EXPECT_FALSE(called);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Injector.h"
 
+#include <ranges>
 #include <stdexcept>
 #include <xcb/xtest.h>
 
@@ -50,6 +51,18 @@ void Injector::pressKeyCode(xcb_keycode_t code) {
 
 void Injector::releaseKeyCode(xcb_keycode_t code) {
     send(XCB_KEY_RELEASE, code);
+}
+
+void Injector::pressKeyCodes(const std::vector<xcb_keycode_t>& codes) {
+    for (const xcb_keycode_t code : codes) {
+        pressKeyCode(code);
+    }
+}
+
+void Injector::releaseKeyCodes(const std::vector<xcb_keycode_t>& codes) {
+    for (const xcb_keycode_t code : std::ranges::reverse_view(codes)) {
+        releaseKeyCode(code);
+    }
 }
 
 xcb_keycode_t Injector::keyCodeFor(xcb_keysym_t symbol) const {

@@ -4,6 +4,8 @@
 
 #include <QPoint>
 
+#include <vector>
+
 namespace snapvane::testing {
 
 /// Plays the user's hands on a display. Every call returns when the server has taken the input;
@@ -25,6 +27,9 @@ public:
     void tapKey(xcb_keysym_t symbol);
     void pressKeyCode(xcb_keycode_t code);
     void releaseKeyCode(xcb_keycode_t code);
+    /// Holds all of them down, in this order, and lets go of them in the opposite one.
+    void pressKeyCodes(const std::vector<xcb_keycode_t>& codes);
+    void releaseKeyCodes(const std::vector<xcb_keycode_t>& codes);
     /// Throws std::runtime_error when no key carries the symbol.
     [[nodiscard]] xcb_keycode_t keyCodeFor(xcb_keysym_t symbol) const;
 

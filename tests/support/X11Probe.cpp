@@ -87,6 +87,38 @@ QByteArray X11Probe::text(xcb_window_t window, xcb_atom_t property) const {
             xcb_get_property_value_length(reply.get())};
 }
 
+uint16_t X11Probe::inputState() const {
+    const auto cookie = xcb_query_pointer(m_connection, m_connection.root());
+    const Reply<xcb_query_pointer_reply_t> reply(
+        xcb_query_pointer_reply(m_connection, cookie, nullptr));
+    return reply ? reply->mask : uint16_t(0);
+}
+
+uint16_t X11Probe::modifiers() const {
+    constexpr unsigned all = 0xff;
+    return static_cast<uint16_t>(inputState() & all);
+}
+
+int X11Probe::layout() const {
+    // Source: the keyboard extension's protocol, "Computing Effective Modifier and Group".
+    constexpr int firstBit = 13;
+    constexpr int mask = 3;
+    return (inputState() >> firstBit) & mask;
+}
+
+std::vector<xcb_keycode_t> X11Probe::pressedKeys() const {
+    const Reply<xcb_query_keymap_reply_t> reply(
+        xcb_query_keymap_reply(m_connection, xcb_query_keymap(m_connection), nullptr));
+    std::vector<xcb_keycode_t> pressed;
+    constexpr unsigned count = 256;
+    for (unsigned code = 0; reply && code < count; ++code) {
+        if ((reply->keys[code / 8] & (1U << (code % 8))) != 0) {
+            pressed.push_back(static_cast<xcb_keycode_t>(code));
+        }
+    }
+    return pressed;
+}
+
 std::optional<WindowInfo> X11Probe::look(xcb_window_t window) const {
     const auto attributesCookie = xcb_get_window_attributes(m_connection, window);
     const auto geometryCookie = xcb_get_geometry(m_connection, window);

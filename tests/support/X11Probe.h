@@ -43,8 +43,16 @@ public:
     [[nodiscard]] std::optional<uint32_t> number(xcb_window_t window,
                                                  std::string_view property) const;
     [[nodiscard]] int monitorCount() const;
+    /// The modifiers, locks included, that are in force: XCB_MOD_MASK bits.
+    [[nodiscard]] uint16_t modifiers() const;
+    /// Which of the keyboard's layouts is in force, from 0.
+    [[nodiscard]] int layout() const;
+    /// The codes of the keys that are down.
+    [[nodiscard]] std::vector<xcb_keycode_t> pressedKeys() const;
 
 private:
+    /// As events carry it.
+    [[nodiscard]] uint16_t inputState() const;
     [[nodiscard]] std::optional<WindowInfo> look(xcb_window_t window) const;
     [[nodiscard]] QByteArray text(xcb_window_t window, xcb_atom_t property) const;
     void collect(xcb_window_t parent, std::vector<WindowInfo>& found) const;

@@ -3,12 +3,15 @@
 
 #include "AgentProcess.h"
 #include "AgentSuite.h"
+#include "HotKeySuite.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
 #include <QFileInfo>
+
+#include <X11/keysym.h>
 
 using namespace Qt::StringLiterals;
 
@@ -102,6 +105,31 @@ protected:
         EXPECT_TRUE(samePicture(before.copy(place), picture, u"status-notifier"_s));
     }
 
+    void tapHotKey() const {
+        injector().pressKeyCodes(hotKey);
+        injector().releaseKeyCodes(hotKey);
+    }
+    void cancelSelection() {
+        injector().tapKey(XK_Escape);
+        EXPECT_TRUE(m_agent.waitForOverlayGone());
+    }
+    /// Opens the menu that the panel draws, during which the shortcut is given up.
+    [[nodiscard]] WindowInfo openHostsMenu() const {
+        WindowInfo window;
+        require("the shortcut to be given up", [&] {
+            window = openMenu(3);
+            if (waitUntil([this] { return isFree(m_desktop); }, std::chrono::seconds(1))) {
+                return true;
+            }
+            // The panel's own menu: the click came before the icon was in its place.
+            injector().tapKey(XK_Escape);
+            require("the panel's menu to close", [this] { return !menu().has_value(); });
+            return false;
+        });
+        EXPECT_NE(window.className, u"Snapvane"_s);
+        return window;
+    }
+
     VirtualDesktop m_desktop{};
     std::unique_ptr<ChildProcess> m_settings;
     std::unique_ptr<ChildProcess> m_panel;
@@ -133,6 +161,38 @@ TEST_F(StatusNotifier, TheHostsOwnMenuIsNotInThePicture) {
     const WindowInfo window = openMenu(3);
     EXPECT_NE(window.className, u"Snapvane"_s);
     expectCaptureWithoutMenu(window, before);
+}
+
+/// This host tells when its menu opens and keeps silent when it closes.
+TEST_F(StatusNotifier, TheShortcutComesBackAfterTheHostsMenuWasClosed) {
+    startPanel();
+    ASSERT_TRUE(waitForIcon());
+    (void)openHostsMenu();
+    injector().tapKey(XK_Escape);
+    require("the menu to close", [this] { return !menu().has_value(); });
+    const bool works = waitUntil(
+        [this] {
+            tapHotKey();
+            return waitUntil([this] { return m_agent.overlayCount() > 0; },
+                             std::chrono::milliseconds(250));
+        },
+        std::chrono::seconds(12));
+    ASSERT_TRUE(works) << m_agent.log().toStdString();
+    m_agent.waitForOverlay();
+    cancelSelection();
+}
+
+TEST_F(StatusNotifier, TheShortcutComesBackAtOnceAfterAnEntryOfTheHostsMenuWasChosen) {
+    startPanel();
+    ASSERT_TRUE(waitForIcon());
+    const WindowInfo window = openHostsMenu();
+    injector().click({window.rect.center().x(), window.rect.top() + 14});
+    m_agent.waitForOverlay();
+    cancelSelection();
+    tapHotKey();
+    EXPECT_TRUE(waitUntil([this] { return m_agent.overlayCount() > 0; }, std::chrono::seconds(1)));
+    m_agent.waitForOverlay();
+    cancelSelection();
 }
 
 TEST_F(StatusNotifier, IconComesAgainWithTheHost) {
