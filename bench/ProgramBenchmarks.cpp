@@ -4,6 +4,7 @@
 #include "AgentProcess.h"
 #include "Injector.h"
 #include "ProcessFigures.h"
+#include "ServerKeys.h"
 #include "VirtualDesktop.h"
 #include "Wait.h"
 #include "X11Probe.h"
@@ -45,10 +46,7 @@ double triggerToOverlay(AgentProcess& agent) {
 
 /// From the release of the shortcut to the same.
 double shortcutToOverlay(AgentProcess& agent, Injector& injector) {
-    // Control, shift and P on an evdev keyboard.
-    constexpr xcb_keycode_t control = 37;
-    constexpr xcb_keycode_t shift = 50;
-    constexpr xcb_keycode_t p = 33;
+    using namespace testing::serverKey;
     injector.pressKeyCode(control);
     injector.pressKeyCode(shift);
     injector.pressKeyCode(p);

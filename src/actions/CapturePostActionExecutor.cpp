@@ -1,31 +1,73 @@
 #include "actions/CapturePostActionExecutor.h"
 
+#include "actions/AfterCaptureBatchRunner.h"
 #include "actions/CapturePreferences.h"
+#include "actions/CopyToClipboardCaptureAction.h"
+#include "actions/ErrorText.h"
+#include "actions/FerryboxUploadCaptureAction.h"
 #include "actions/SaveToFolderCaptureAction.h"
-#include "base/LocalizedError.h"
 #include "base/Log.h"
 
 namespace snapvane::CapturePostActionExecutor {
 
 namespace {
 
-const Log& batchLog() {
-    static const Log log("AfterCaptureBatch");
+const Log& postCaptureLog() {
+    static const Log log("PostCapture");
     return log;
+}
+
+std::unique_ptr<CaptureAction> actionFor(PostCaptureMenuAction menuAction,
+                                         const AfterCaptureFacilities& facilities) {
+    switch (menuAction) {
+    case PostCaptureMenuAction::uploadFerrybox:
+        return std::make_unique<FerryboxUploadCaptureAction>(facilities.uploader,
+                                                             facilities.pasteboard);
+    case PostCaptureMenuAction::saveToFolder:
+        return std::make_unique<SaveToFolderCaptureAction>(
+            facilities.preferences.resolvedSaveFolder());
+    default:
+        return std::make_unique<CopyToClipboardCaptureAction>(facilities.pasteboard);
+    }
+}
+
+QCoro::Task<> runSingle(std::unique_ptr<CaptureAction> action, CaptureResult result,
+                        AfterCaptureFacilities facilities) {
+    std::optional<QString> notice;
+    try {
+        auto performing = action->perform(std::move(result));
+        notice = co_await performing;
+    } catch (...) {
+        notice = currentErrorText();
+        postCaptureLog().error(QStringLiteral("Post-capture action failed: %1").arg(*notice));
+    }
+    if (notice) {
+        facilities.showNotice(*notice, noticeDuration);
+    }
 }
 
 } // namespace
 
-QCoro::Task<> runConfiguredAction(CaptureResult result) {
-    SaveToFolderCaptureAction action(CapturePreferences::resolvedSaveFolderPath());
-    auto saving = action.perform(std::move(result));
-    try {
-        co_await saving;
-    } catch (const LocalizedError& error) {
-        batchLog().error(QStringLiteral("Save failed: %1").arg(error.localizedDescription()));
-    } catch (const std::exception& error) {
-        batchLog().error(QStringLiteral("Save failed: %1").arg(QString::fromUtf8(error.what())));
+QCoro::Task<> runConfiguredAction(CaptureResult result, AfterCaptureFacilities facilities) {
+    if (facilities.preferences.askMeAfterCapture()) {
+        facilities.askUser(std::move(result));
+        co_return;
     }
+    auto running = AfterCaptureBatchRunner::run(facilities.preferences.enabledActions(),
+                                                std::move(result), facilities);
+    co_await running;
+}
+
+QCoro::Task<> run(PostCaptureMenuAction menuAction, CaptureResult result,
+                  AfterCaptureFacilities facilities) {
+    if (menuAction == PostCaptureMenuAction::runSavedDefaults) {
+        auto running = AfterCaptureBatchRunner::run(facilities.preferences.enabledActions(),
+                                                    std::move(result), facilities);
+        co_await running;
+        co_return;
+    }
+    auto running = runSingle(actionFor(menuAction, facilities), std::move(result), facilities);
+    co_await running;
 }
 
 } // namespace snapvane::CapturePostActionExecutor

@@ -1,6 +1,7 @@
 #include "app/CaptureCoordinator.h"
 
 #include "actions/CapturePostActionExecutor.h"
+#include "app/AfterCapture.h"
 #include "base/Async.h"
 #include "base/LocalizedError.h"
 #include "base/Translation.h"
@@ -24,7 +25,8 @@ CaptureCoordinator::Collaborators sharedCollaborators() {
                 return CaptureService::captureRegion(rect, CaptureService::Facilities::shared());
             },
             [](CaptureResult result) {
-                return CapturePostActionExecutor::runConfiguredAction(std::move(result));
+                return CapturePostActionExecutor::runConfiguredAction(
+                    std::move(result), sharedAfterCaptureFacilities());
             },
             ModalAlertPresenter::shared()};
 }

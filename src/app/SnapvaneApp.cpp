@@ -2,14 +2,17 @@
 
 #include "KeyboardShortcuts/HotKeyCenter.h"
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "actions/CapturePreferences.h"
 #include "app/AppDelegate.h"
 #include "app/ApplicationService.h"
 #include "app/CaptureCoordinator.h"
 #include "app/QXAppVersion.h"
 #include "app/TerminationSignals.h"
 #include "base/AppIdentity.h"
+#include "base/AtomicFile.h"
 #include "base/Log.h"
 #include "base/UserDefaults.h"
+#include "capture/CaptureFilename.h"
 #include "capture/ScreenCapturePermissionManager.h"
 #include "platform/PlatformLoader.h"
 #include "selection/AppPreferences.h"
@@ -78,6 +81,15 @@ void finishCaptures(const Log& log) {
     }
 }
 
+/// In the background: the folders may be on a slow disk.
+void removeUnfinishedCaptures() {
+    QThreadPool::globalInstance()->start([folders = CapturePreferences::shared().saveFolders()] {
+        for (const QString& folder : folders) {
+            removeUnfinishedFiles(folder, CaptureFilename::pngFilenamePattern());
+        }
+    });
+}
+
 /// The program's global shortcuts, for as long as the object lives.
 class InstalledShortcuts {
 public:
@@ -112,6 +124,7 @@ int runOn(Platform& platform, const Log& log) {
                                  "and a second start is not noticed."));
         break;
     }
+    removeUnfinishedCaptures();
     const TerminationSignals signals([] { QApplication::quit(); });
     QObject::connect(qApp, &QApplication::aboutToQuit,
                      [&delegate] { delegate.applicationWillTerminate(); });

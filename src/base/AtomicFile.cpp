@@ -1,5 +1,6 @@
 #include "base/AtomicFile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -8,6 +9,7 @@
 #include <cstdio>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -49,7 +51,13 @@ QByteArray passingName(const QString& path) {
     return QFile::encodeName(name);
 }
 
+/// Tells those who clear up that the file is being written. Not every file system can.
+bool lock(int file) {
+    return ::flock(file, LOCK_EX | LOCK_NB) == 0;
+}
+
 std::error_code writeAndSync(int file, const QByteArray& bytes) {
+    lock(file);
     qsizetype done = 0;
     while (done < bytes.size()) {
         const ssize_t written =
@@ -87,8 +95,7 @@ std::error_code giveName(int file, const QString& path) {
     return error;
 }
 
-/// For file systems that know no files without a name.
-std::error_code writeUnderPassingName(const QString& path, const QByteArray& bytes) {
+std::error_code tryUnderPassingName(const QString& path, const QByteArray& bytes) {
     const QByteArray passing = passingName(path);
     std::error_code error;
     {
@@ -98,14 +105,22 @@ std::error_code writeUnderPassingName(const QString& path, const QByteArray& byt
             return systemError();
         }
         error = writeAndSync(file.number(), bytes);
-    }
-    if (!error && ::rename(passing.constData(), QFile::encodeName(path).constData()) != 0) {
-        error = systemError();
+        if (!error && ::rename(passing.constData(), QFile::encodeName(path).constData()) != 0) {
+            error = systemError();
+        }
     }
     if (error) {
         ::unlink(passing.constData());
     }
     return error;
+}
+
+/// For file systems that know no files without a name.
+std::error_code writeUnderPassingName(const QString& path, const QByteArray& bytes) {
+    const std::error_code error = tryUnderPassingName(path, bytes);
+    // Somebody who clears up may have taken the file in the moment before it was locked.
+    const bool wasTaken = error == std::errc::no_such_file_or_directory;
+    return wasTaken ? tryUnderPassingName(path, bytes) : error;
 }
 
 /// Makes the new name itself last. Not every file system can; the file is whole either way.
@@ -142,6 +157,26 @@ std::error_code writeFileAtomically(const QString& path, const QByteArray& bytes
         syncFolder(folder);
     }
     return error;
+}
+
+void removeUnfinishedFiles(const QString& folder, const QRegularExpression& finalName) {
+    static const QRegularExpression passing(
+        QRegularExpression::anchoredPattern(QStringLiteral("\\.(.+)\\.[0-9a-f]{8}\\.part")));
+    const QRegularExpression whole(QRegularExpression::anchoredPattern(finalName.pattern()),
+                                   finalName.patternOptions());
+    const QDir directory(folder);
+    for (const QString& name : directory.entryList(QDir::Files | QDir::Hidden | QDir::NoSymLinks)) {
+        const auto match = passing.match(name);
+        if (!match.hasMatch() || !whole.match(match.captured(1)).hasMatch()) {
+            continue;
+        }
+        const QByteArray path = QFile::encodeName(directory.filePath(name));
+        const Descriptor file(
+            ::open(path.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        if (file.isOpen() && lock(file.number())) {
+            ::unlink(path.constData());
+        }
+    }
 }
 
 } // namespace snapvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QRegularExpression>
 #include <QString>
 
 #include <system_error>
@@ -13,5 +14,10 @@ namespace snapvane {
 /// the user's umask leaves. Nothing is left behind on failure; the result says what the system
 /// said. Any thread; slow, as disks are.
 std::error_code writeFileAtomically(const QString& path, const QByteArray& bytes);
+
+/// Removes what a program that was killed in mid-write has left in a folder: the unfinished files
+/// of those whose names match `finalName` as a whole. What somebody is writing at the moment stays,
+/// as does everything else. Any thread.
+void removeUnfinishedFiles(const QString& folder, const QRegularExpression& finalName);
 
 } // namespace snapvane

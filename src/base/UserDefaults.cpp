@@ -100,7 +100,7 @@ double UserDefaults::number(const QString& key) const {
 
 std::optional<QString> UserDefaults::string(const QString& key) const {
     const QVariant value = m_settings.value(key);
-    if (!value.isValid() || value.metaType() == QMetaType::fromType<QStringList>() ||
+    if (!value.canConvert<QString>() || value.metaType() == QMetaType::fromType<QStringList>() ||
         value.metaType() == QMetaType::fromType<QByteArray>()) {
         return std::nullopt;
     }

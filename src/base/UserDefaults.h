@@ -29,7 +29,7 @@ public:
     bool boolean(const QString& key) const;
     /// The value as a number; 0 when it is absent or is none.
     double number(const QString& key) const;
-    /// The value as text; nothing when it is absent, is a list of several elements or is data.
+    /// The value as text; nothing when it is absent, a list of several elements or no text at all.
     std::optional<QString> string(const QString& key) const;
     /// The value as a list of texts; nothing when it is absent.
     std::optional<QStringList> stringArray(const QString& key) const;

@@ -12,4 +12,10 @@ QString pngFilename(const QDateTime& capturedAt) {
     return QStringLiteral("%1 %2.png").arg(QLatin1String(productName), time);
 }
 
+QRegularExpression pngFilenamePattern() {
+    return QRegularExpression(
+        QStringLiteral(R"(%1 [0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}\.[0-9]{2}\.[0-9]{2}\.png)")
+            .arg(QLatin1String(productName)));
+}
+
 } // namespace snapvane::CaptureFilename

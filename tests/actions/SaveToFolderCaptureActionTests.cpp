@@ -1,5 +1,7 @@
 #include "actions/SaveToFolderCaptureAction.h"
 
+#include "FileSizeLimit.h"
+#include "OrdinaryUser.h"
 #include "actions/FileError.h"
 #include "base/Await.h"
 #include "support/QtPrinting.h"
@@ -13,8 +15,6 @@
 #include <QTemporaryDir>
 #include <QThreadPool>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace snapvane {
@@ -72,27 +72,6 @@ protected:
     }
 
     QTemporaryDir m_root;
-};
-
-/// Files cannot grow beyond a size while it lives, as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : m_signalBefore(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signalBefore);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before = {};
-    void (*m_signalBefore)(int);
 };
 
 } // namespace
@@ -174,6 +153,35 @@ TEST_F(SaveToFolderTest, FailsWhereTheFolderTakesNoFile) {
                                  pictureName + QStringLiteral(": Permission denied")));
 }
 
+TEST_F(SaveToFolderTest, FailsWhereTheUserMayNotWrite) {
+    QDir(m_root.path()).mkpath(QStringLiteral("closed"));
+    ASSERT_EQ(chmod(QFile::encodeName(m_root.path()).constData(), 0755), 0);
+    ASSERT_EQ(chmod(QFile::encodeName(path("closed")).constData(), 0555), 0);
+    QString intoFolder;
+    QString intoNewFolder;
+    {
+        const testing::OrdinaryUser user;
+        intoFolder = failureOf(path("closed"));
+        intoNewFolder = failureOf(path("closed/inner"));
+    }
+    EXPECT_EQ(intoFolder, pictureName + QStringLiteral(": Permission denied"));
+    EXPECT_EQ(intoNewFolder, QStringLiteral("inner: Permission denied"));
+    EXPECT_EQ(entries(path("closed")), QStringList());
+}
+
+TEST_F(SaveToFolderTest, TakesALinkToAFolder) {
+    QDir(m_root.path()).mkpath(QStringLiteral("real"));
+    ASSERT_TRUE(QFile::link(path("real"), path("link")));
+    EXPECT_EQ(save(path("link"), captureOf("picture")), QStringLiteral("Saved to ") + pictureName);
+    EXPECT_EQ(contents(inFolder(path("real"), pictureName)), "picture");
+}
+
+TEST_F(SaveToFolderTest, FailsWhereALinkLeadsNowhere) {
+    ASSERT_TRUE(QFile::link(path("gone"), path("link")));
+    EXPECT_NE(failureOf(path("link")), QString());
+    EXPECT_FALSE(QFile::exists(path("gone")));
+}
+
 TEST_F(SaveToFolderTest, FailsWhereAFolderHasTheFilesName) {
     ASSERT_TRUE(QDir(m_root.path()).mkpath(pictureName + QStringLiteral("/inner")));
     EXPECT_EQ(failureOf(m_root.path()), pictureName + QStringLiteral(": Is a directory"));
@@ -185,7 +193,7 @@ TEST_F(SaveToFolderTest, LeavesNothingBehindWhenTheDiskIsFull) {
     const QByteArray png(1'000'000, 'x');
     QString failure;
     {
-        const FileSizeLimit limit(100'000);
+        const testing::FileSizeLimit limit(100'000);
         failure = failureOf(m_root.path(), png);
     }
     EXPECT_EQ(failure, pictureName + QStringLiteral(": File too large"));
@@ -197,7 +205,7 @@ TEST_F(SaveToFolderTest, LeavesNothingBehindWhenTheEndOfTheFileDoesNotFit) {
     // So little that it is only written when the file is closed.
     QString failure;
     {
-        const FileSizeLimit limit(10);
+        const testing::FileSizeLimit limit(10);
         failure = failureOf(m_root.path(), QByteArray(2000, 'x'));
     }
     EXPECT_EQ(failure, pictureName + QStringLiteral(": File too large"));

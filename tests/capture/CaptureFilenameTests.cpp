@@ -98,4 +98,35 @@ TEST_F(CaptureFilenameTest, FollowsSummerTime) {
               QStringLiteral("Snapvane 2025-07-02 00.30.00.png"));
 }
 
+TEST_F(CaptureFilenameTest, LooksLikeItsPattern) {
+    const QRegularExpression pattern(
+        QRegularExpression::anchoredPattern(CaptureFilename::pngFilenamePattern().pattern()));
+    for (const char* name : {"ar_EG", "en_US", "th_TH"}) {
+        QLocale::setDefault(QLocale(QString::fromLatin1(name)));
+        for (const QDateTime& time : {local(2025, 3, 2, 14, 3, 9), local(987, 6, 5, 1, 2, 3),
+                                      local(9999, 12, 31, 23, 59, 59)}) {
+            EXPECT_TRUE(pattern.match(CaptureFilename::pngFilename(time)).hasMatch());
+        }
+    }
+}
+
+TEST_F(CaptureFilenameTest, OtherNamesDoNotLookLikeThePattern) {
+    const QRegularExpression pattern(
+        QRegularExpression::anchoredPattern(CaptureFilename::pngFilenamePattern().pattern()));
+    ASSERT_TRUE(pattern.isValid());
+    for (const char* name :
+         {"", "Snapvane.png", "Snapvane 2025-03-02 14.03.09", "Snapvane 2025-03-02 14.03.09.PNG",
+          "Snapvane 2025-03-02 14.03.09.jpg", "Snapvane 2025-03-02 14.03.09xpng",
+          "Snapvane 2025-03-02 14.03.09 (1).png", "snapvane 2025-03-02 14.03.09.png",
+          "My Snapvane 2025-03-02 14.03.09.png", "Snapvane 2025-03-02 14:03:09.png",
+          "Snapvane 2025-03-02 14-03-09.png", "Snapvane 2025-3-2 14.03.09.png",
+          "Snapvane 25-03-02 14.03.09.png", "Snapvane  2025-03-02 14.03.09.png",
+          "Snapvane 2025-03-02 14.03.09.png\n"}) {
+        EXPECT_FALSE(pattern.match(QString::fromLatin1(name)).hasMatch()) << name;
+    }
+    EXPECT_FALSE(
+        pattern.match(QStringLiteral("Snapvane \u0662\u0660\u0662\u0665-03-02 14.03.09.png"))
+            .hasMatch());
+}
+
 } // namespace snapvane

@@ -38,6 +38,41 @@ TEST(NullPanels, RememberWhetherTheyAreShown) {
     EXPECT_FALSE(panel->isVisible());
 }
 
+TEST(NullPanels, KnowWhichPanelsThereAre) {
+    null::NullPanels panels;
+    auto first = panels.create(std::make_unique<QWidget>(), {});
+    PanelOptions options;
+    options.level = 25;
+    const auto second = panels.create(std::make_unique<QWidget>(), options);
+    ASSERT_EQ(panels.panels.size(), 2U);
+    EXPECT_EQ(panels.panels[1]->options.level, 25);
+    first.reset();
+    ASSERT_EQ(panels.panels.size(), 1U);
+    EXPECT_EQ(panels.panels[0], second.get());
+    EXPECT_EQ(panels.created, 2);
+}
+
+TEST(NullPanels, RememberTheirPlaceWhenShownAgain) {
+    null::NullPanels panels;
+    const auto panel = panels.create(std::make_unique<QWidget>(), {});
+    panel->showAt({10, 20});
+    panel->hide();
+    panel->show();
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_EQ(panels.panels[0]->origin, (GlobalPoint{10, 20}));
+    EXPECT_EQ(panels.panels[0]->raised, 2);
+    EXPECT_TRUE(panel->isCurrent());
+}
+
+TEST(NullPasteboard, KeepsEveryWrite) {
+    null::NullPasteboard pasteboard;
+    pasteboard.write({.png = "picture", .image = {}, .text = {}, .url = {}});
+    pasteboard.write({});
+    ASSERT_EQ(pasteboard.writes.size(), 2U);
+    EXPECT_EQ(pasteboard.writes[0].png, "picture");
+    EXPECT_EQ(pasteboard.writes[1].png, std::nullopt);
+}
+
 TEST(NullLoginItem, ThrowsWhenToldTo) {
     null::NullLoginItem item;
     item.registerItem();

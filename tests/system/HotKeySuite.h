@@ -1,27 +1,13 @@
 #pragma once
 
 #include "AgentSuite.h"
+#include "ServerKeys.h"
 
 #include <vector>
 
 namespace snapvane::testing {
 
 using Keys = std::vector<xcb_keycode_t>;
-
-/// The server's codes of the keys, by their places on a US keyboard.
-namespace serverKey {
-inline constexpr xcb_keycode_t o = 32;
-inline constexpr xcb_keycode_t p = 33;
-inline constexpr xcb_keycode_t control = 37;
-inline constexpr xcb_keycode_t shift = 50;
-inline constexpr xcb_keycode_t alt = 64;
-inline constexpr xcb_keycode_t capsLock = 66;
-inline constexpr xcb_keycode_t f5 = 71;
-inline constexpr xcb_keycode_t numLock = 77;
-inline constexpr xcb_keycode_t scrollLock = 78;
-inline constexpr xcb_keycode_t printScreen = 107;
-inline constexpr xcb_keycode_t super = 133;
-} // namespace serverKey
 
 /// The shortcut of a fresh installation.
 inline const Keys hotKey = {serverKey::control, serverKey::shift, serverKey::p};

@@ -75,10 +75,10 @@ private:
         if (m_translucent || m_options.cornerRadius <= 0) {
             return;
         }
-        const double scale = m_content->devicePixelRatioF();
-        setRoundedShape(qtServer(), window(),
-                        {qRound(m_content->width() * scale), qRound(m_content->height() * scale)},
-                        m_options.cornerRadius * scale);
+        setRoundedShape(
+            qtServer(), window(),
+            {qRound(m_content->width() * m_scale), qRound(m_content->height() * m_scale)},
+            m_options.cornerRadius * m_scale);
     }
 
     void place(GlobalPoint origin) {
@@ -93,6 +93,7 @@ private:
         if (!screen) {
             return;
         }
+        m_scale = screen->backingScale;
         // Qt takes the scale from the screen that it believes the window to be on: the one whose
         // unscaled corner, in its logical coordinates, the window is moved near to.
         const DevicePoint corner = screen->nativeFrame.origin;
@@ -110,6 +111,8 @@ private:
     std::unique_ptr<QWidget> m_content;
     PanelOptions m_options;
     bool m_translucent;
+    // Of the screen that the panel is put on; Qt goes by the one it was on before until it shows.
+    double m_scale = 1;
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "X11TestDesktop.h"
 #include "platform/x11/X11Keyboard.h"
 #include "support/Injector.h"
+#include "support/ServerKeys.h"
 
 #include <gtest/gtest.h>
 
@@ -10,20 +11,7 @@
 
 namespace snapvane {
 
-// The server's codes of keys on an evdev keyboard.
-namespace serverKey {
-inline constexpr xcb_keycode_t control = 37;
-inline constexpr xcb_keycode_t shift = 50;
-inline constexpr xcb_keycode_t alt = 64;
-inline constexpr xcb_keycode_t capsLock = 66;
-inline constexpr xcb_keycode_t numLock = 77;
-inline constexpr xcb_keycode_t super = 133;
-inline constexpr xcb_keycode_t a = 38;
-inline constexpr xcb_keycode_t o = 32;
-inline constexpr xcb_keycode_t p = 33;
-inline constexpr xcb_keycode_t pause = 127;
-inline constexpr xcb_keycode_t f15 = 193;
-} // namespace serverKey
+namespace serverKey = testing::serverKey;
 
 /// A keyboard that is a US one again after each test, with no lock on.
 class KeyboardTest : public ::testing::Test {
