@@ -306,7 +306,8 @@ void NamedShortcuts::reportRefusal(const Shortcut& shortcut) {
     // Once, not each time that the shortcut is enabled again and refused again.
     if (m_refused.insert(shortcut).second) {
         shortcutsLog().error(
-            QStringLiteral("The system refused the shortcut %1; another program may hold it.")
+            QStringLiteral("The system refused the shortcut %1: another program holds it, or this "
+                           "keyboard cannot type it.")
                 .arg(QString::fromUtf8(shortcut.encoded())));
     }
 }

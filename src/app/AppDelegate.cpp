@@ -28,6 +28,10 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    if (m_statusItem) {
+        // A menu that counts as closed from now on must not switch the shortcut on again.
+        m_statusItem->menu().tracking().disconnect(this);
+    }
     m_with.shortcuts.disable({captureArea()});
 }
 

@@ -27,6 +27,11 @@ ApplicationService::ApplicationService(AppDelegate& delegate)
 }
 
 ApplicationService::~ApplicationService() {
+    // What follows may take seconds: a program that is started meanwhile must not find a name that
+    // nobody answers to any more.
+    if (m_hasName) {
+        m_bus.interface()->unregisterService(QLatin1String(applicationIdentifier));
+    }
     m_bus.unregisterObject(QLatin1String(applicationObjectPath));
 }
 
@@ -44,6 +49,7 @@ ApplicationService::Claim ApplicationService::claim() {
         return Claim::NoBus;
     }
     if (reply.value() == QDBusConnectionInterface::ServiceRegistered) {
+        m_hasName = true;
         return Claim::First;
     }
     QDBusMessage activate = QDBusMessage::createMethodCall(

@@ -26,6 +26,7 @@ public:
 
 private:
     QDBusConnection m_bus;
+    bool m_hasName = false;
     QObject m_object;
 };
 

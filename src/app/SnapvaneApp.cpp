@@ -22,6 +22,8 @@
 #include <QEventLoop>
 #include <QThreadPool>
 
+#include <csignal>
+
 #include <malloc.h>
 
 namespace snapvane::SnapvaneApp {
@@ -35,6 +37,12 @@ void returnLargeBlocksToTheSystem() {
     mallopt(M_MMAP_THRESHOLD, smallestMappedBlock);
     mallopt(M_TRIM_THRESHOLD, smallestMappedBlock);
     mallopt(M_ARENA_MAX, 2);
+}
+
+/// A display or a program at the other end that goes away is an error to be met where it shows, not
+/// a reason to be killed. Programs that this one starts get the default back from Qt.
+void ignoreBrokenPipes() {
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 /// Arguments for Qt: the platform plugin that the backend needs, which is not to be inherited by
@@ -143,6 +151,7 @@ int runOn(Platform& platform, const Log& log) {
 
 int run(int, char* argv[]) {
     returnLargeBlocksToTheSystem();
+    ignoreBrokenPipes();
     installLogHandler();
     const Log log("Application");
     const PlatformLoader::Choice choice = PlatformLoader::choose();

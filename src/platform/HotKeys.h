@@ -81,7 +81,8 @@ public:
 
     virtual ~HotKeys() = default;
 
-    /// Null when the system refuses, as it does when another program holds the combination. `lost`
+    /// Null when the system refuses, as it does when another program holds the combination, or this
+    /// one does already. `lost`
     /// is called, at most once and not from within this call, if the system takes the combination
     /// back later; the registration may be dropped from there.
     virtual std::unique_ptr<HotKeyRegistration> registerHotKey(std::uint32_t keyCode,

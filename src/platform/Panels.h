@@ -19,8 +19,9 @@ struct PanelOptions {
     /// Place in the stacking order among the program's own surfaces; above all other applications.
     int level = 0;
     PanelInput input = PanelInput::ClickThrough;
-    /// Of the surface's corners, in points: where the desktop shows no transparency, the surface is
-    /// cut to that shape. What the widget paints is round by itself.
+    /// Of the surface's corners, in points: the surface is cut to that shape, which is what the
+    /// desktop draws shadows around and all it shows where it knows no transparency. What the
+    /// widget paints is round, and smooth, by itself.
     double cornerRadius = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 
 namespace snapvane {
@@ -11,10 +12,10 @@ namespace {
 using Picture = std::vector<std::string>;
 
 /// The shape as rows of '#' for what stays and '.' for what is cut off; 'X' where blocks overlap.
-Picture pictureOf(PixelSize size, double radius) {
+Picture pictureOf(PixelSize size, double radius, x11::ShapeEdge edge = x11::ShapeEdge::Centres) {
     Picture picture(static_cast<std::size_t>(size.height),
                     std::string(static_cast<std::size_t>(size.width), '.'));
-    for (const xcb_rectangle_t& block : x11::roundedRows(size, radius)) {
+    for (const xcb_rectangle_t& block : x11::roundedRows(size, radius, edge)) {
         for (int y = block.y; y < block.y + block.height; ++y) {
             for (int x = block.x; x < block.x + block.width; ++x) {
                 char& pixel =
@@ -64,10 +65,30 @@ TEST_P(RoundedShape, HasThesePixels) {
 INSTANTIATE_TEST_SUITE_P(Table, RoundedShape, ::testing::ValuesIn(shapes),
                          [](const auto& example) { return std::string(example.param.name); });
 
+TEST(RoundedShapes, MayHoldEveryPixelThatTheyTouch) {
+    constexpr auto touched = x11::ShapeEdge::Touched;
+    EXPECT_EQ(pictureOf({6, 6}, 3, touched),
+              Picture({"######", "######", "######", "######", "######", "######"}));
+    EXPECT_EQ(pictureOf({10, 9}, 4, touched),
+              Picture({".########.", "##########", "##########", "##########", "##########",
+                       "##########", "##########", "##########", ".########."}));
+    // None that a smooth edge paints on is missing, and none beyond it is there.
+    constexpr double radius = 10;
+    const Picture corner = pictureOf({40, 40}, radius, touched);
+    for (int y = 0; y < 10; ++y) {
+        for (int x = 0; x < 10; ++x) {
+            const double nearest = std::hypot(radius - (x + 1), radius - (y + 1));
+            EXPECT_EQ(corner[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] == '#',
+                      nearest < radius)
+                << x << ", " << y;
+        }
+    }
+}
+
 TEST(RoundedShapes, OfNothingAreEmpty) {
-    EXPECT_TRUE(x11::roundedRows({0, 0}, 10).empty());
-    EXPECT_TRUE(x11::roundedRows({0, 10}, 10).empty());
-    EXPECT_TRUE(x11::roundedRows({10, 0}, 10).empty());
+    EXPECT_TRUE(x11::roundedRows({0, 0}, 10, x11::ShapeEdge::Centres).empty());
+    EXPECT_TRUE(x11::roundedRows({0, 10}, 10, x11::ShapeEdge::Centres).empty());
+    EXPECT_TRUE(x11::roundedRows({10, 0}, 10, x11::ShapeEdge::Centres).empty());
 }
 
 TEST(RoundedShapes, ConsistOfThePixelsWhoseCentresAreInside) {
@@ -92,7 +113,7 @@ TEST(RoundedShapes, ConsistOfThePixelsWhoseCentresAreInside) {
 }
 
 TEST(RoundedShapes, ConsistOfFewBlocksFromTopToBottom) {
-    const auto rows = x11::roundedRows({400, 60}, 10);
+    const auto rows = x11::roundedRows({400, 60}, 10, x11::ShapeEdge::Centres);
     EXPECT_LE(rows.size(), 15U);
     for (std::size_t i = 1; i < rows.size(); ++i) {
         EXPECT_EQ(rows[i].y, rows[i - 1].y + rows[i - 1].height);

@@ -2,6 +2,8 @@
 
 #include "HotKeySuite.h"
 
+#include <X11/keysym.h>
+
 #include <array>
 #include <fcntl.h>
 #include <poll.h>
@@ -149,15 +151,20 @@ TEST_P(DisplayThatGoes, EndsTheAgentInGoodOrder) {
     {
         const XcbConnection connection(display.name());
         Injector hands(connection);
-        if (GetParam() != Moment::Idle) {
+        // The agent has the hot key once that starts something.
+        require("a selection", [&] {
             hands.pressKeyCodes(hotKey);
-        }
-        if (GetParam() == Moment::Selection) {
-            require("a selection", [&] {
-                hands.releaseKeyCodes(hotKey);
-                hands.pressKeyCodes(hotKey);
-                return !X11Probe(connection).windowsNamed(u"Snapvane Selection"_s).empty();
+            hands.releaseKeyCodes(hotKey);
+            return !X11Probe(connection).windowsNamed(u"Snapvane Selection"_s).empty();
+        });
+        if (GetParam() != Moment::Selection) {
+            require("no selection", [&] {
+                hands.tapKey(XK_Escape);
+                return X11Probe(connection).windowsNamed(u"Snapvane Selection"_s).empty();
             });
+        }
+        if (GetParam() == Moment::HotKeyDown) {
+            hands.pressKeyCodes(hotKey);
         }
     }
     display.end();

@@ -15,6 +15,25 @@ namespace {
 
 constexpr std::uint32_t allModifiers = 0xff;
 
+// Set in the type of an event that another client has made up. Source: the core protocol.
+constexpr std::uint8_t sentByAClient = 0x80;
+
+/// The first of these keys that is down at the moment.
+std::optional<std::uint8_t> keyDownAmong(const Server& server,
+                                         const std::vector<std::uint8_t>& keyCodes) {
+    const auto cookie = xcb_query_keymap(server.connection);
+    const auto reply = owned(xcb_query_keymap_reply(server.connection, cookie, nullptr));
+    if (!reply) {
+        return std::nullopt;
+    }
+    constexpr int keysAByte = 8;
+    const auto isDown = [&reply](std::uint8_t keyCode) {
+        return (reply->keys[keyCode / keysAByte] >> (keyCode % keysAByte) & 1) != 0;
+    };
+    const auto found = std::ranges::find_if(keyCodes, isDown);
+    return found == keyCodes.end() ? std::nullopt : std::optional(*found);
+}
+
 } // namespace
 
 class X11HotKeys::Registration : public HotKeyRegistration {
@@ -49,13 +68,27 @@ std::unique_ptr<HotKeyRegistration> X11HotKeys::registerHotKey(std::uint32_t key
                                                                HotKeyIdentifier identifier,
                                                                std::function<void()> lost) {
     const auto combination = combinationOf(keyCode, modifiers);
-    auto held = grab(combination);
+    // The server would let us have what we have already, and take it away from both.
+    const bool isOurs = std::ranges::any_of(m_hotKeys, [&combination](const auto& entry) {
+        return entry.second.combination == combination;
+    });
+    auto held = isOurs ? nullptr : grab(combination);
     if (!held) {
         return nullptr;
     }
     const int number = ++m_lastNumber;
-    m_hotKeys[number] = {keyCode,      modifiers,       identifier, std::move(lost),
-                         *combination, std::move(held), {}};
+    HotKey& hotKey = m_hotKeys[number];
+    hotKey = {.keyCode = keyCode,
+              .modifiers = modifiers,
+              .identifier = identifier,
+              .lost = std::move(lost),
+              .combination = *combination,
+              .grab = std::move(held)};
+    // A key that is down already, as after it was pressed to be recorded, counts from its next
+    // press on.
+    hotKey.heldKey = keyDownAmong(m_server, combination->keyCodes);
+    hotKey.isPressed = false;
+    watchReleases();
     return std::make_unique<Registration>(*this, number);
 }
 
@@ -113,6 +146,9 @@ bool X11HotKeys::nativeEventFilter(const QByteArray& eventType, void* message, q
 std::optional<X11HotKeys::Stroke> X11HotKeys::strokeOf(const xcb_generic_event_t& event) const {
     const int type = event.response_type & 0x7f;
     if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE) {
+        if ((event.response_type & sentByAClient) != 0) {
+            return std::nullopt;
+        }
         const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
         return Stroke{key.detail, key.state, type == XCB_KEY_PRESS, key.event == m_server.root()};
     }
@@ -130,35 +166,47 @@ std::optional<X11HotKeys::Stroke> X11HotKeys::strokeOf(const xcb_generic_event_t
     if (generic.event_type != XCB_INPUT_KEY_PRESS && generic.event_type != XCB_INPUT_KEY_RELEASE) {
         return std::nullopt;
     }
-    // Only a selection asks for these; it holds the keyboard, so that no grab of ours can act.
+    // Only selections ask for these. While one holds the keyboard no grab of ours can act.
     const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
-    return Stroke{static_cast<std::uint8_t>(key.detail), key.mods.effective,
-                  generic.event_type == XCB_INPUT_KEY_PRESS, true};
+    if ((key.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0) {
+        return std::nullopt;
+    }
+    return Stroke{.keyCode = static_cast<std::uint8_t>(key.detail),
+                  .state = key.mods.effective,
+                  .isPress = generic.event_type == XCB_INPUT_KEY_PRESS,
+                  .isGrabbed = true};
 }
 
 bool X11HotKeys::handleHotKey(const Stroke& stroke) {
-    HotKeyEvent event;
+    // The key of a hot key that is down belongs to that one until it is released, whatever happens
+    // to the modifiers meanwhile.
+    for (auto& entry : m_hotKeys) {
+        HotKey& hotKey = entry.second;
+        if (hotKey.heldKey != stroke.keyCode) {
+            continue;
+        }
+        if (stroke.isPress) {
+            return stroke.isGrabbed;
+        }
+        hotKey.heldKey.reset();
+        return std::exchange(hotKey.isPressed, false) &&
+               send({.type = {.kind = HotKeyEventKind::HotKeyReleased},
+                     .identifier = hotKey.identifier});
+    }
+    if (!stroke.isPress || !stroke.isGrabbed) {
+        return false;
+    }
     const std::uint32_t modifiers =
         stroke.state & allModifiers & ~std::uint32_t{m_grabbedFor.locks()};
     for (auto& entry : m_hotKeys) {
         HotKey& hotKey = entry.second;
-        if (!stroke.isPress && hotKey.heldKey == stroke.keyCode) {
-            // By its key alone: the modifiers may have been let go before it.
-            hotKey.heldKey.reset();
-            event.type.kind = HotKeyEventKind::HotKeyReleased;
-            event.identifier = hotKey.identifier;
-            return send(event);
-        }
         const auto& keyCodes = hotKey.combination.keyCodes;
-        if (stroke.isPress && stroke.isGrabbed && hotKey.combination.modifiers == modifiers &&
+        if (hotKey.grab && hotKey.combination.modifiers == modifiers &&
             std::ranges::find(keyCodes, stroke.keyCode) != keyCodes.end()) {
-            if (hotKey.heldKey == stroke.keyCode) {
-                return true; // The key is being held.
-            }
             hotKey.heldKey = stroke.keyCode;
-            event.type.kind = HotKeyEventKind::HotKeyPressed;
-            event.identifier = hotKey.identifier;
-            return send(event);
+            hotKey.isPressed = true;
+            return send({.type = {.kind = HotKeyEventKind::HotKeyPressed},
+                         .identifier = hotKey.identifier});
         }
     }
     return false;
@@ -246,10 +294,12 @@ void X11HotKeys::grabAnew() {
     for (auto& entry : m_hotKeys) {
         HotKey& hotKey = entry.second;
         const auto combination = combinationOf(hotKey.keyCode, hotKey.modifiers);
+        if (!combination) {
+            continue; // A modifier has no key for now; the change that gives it one comes here too.
+        }
+        hotKey.combination = *combination;
         hotKey.grab = grab(combination);
-        if (hotKey.grab) {
-            hotKey.combination = *combination;
-        } else {
+        if (!hotKey.grab) {
             lost.push_back(hotKey.lost);
         }
     }

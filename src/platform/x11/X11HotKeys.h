@@ -45,9 +45,12 @@ private:
         HotKeyIdentifier identifier;
         std::function<void()> lost;
         KeyCombination combination;
+        /// Null while this keyboard cannot type the combination.
         std::unique_ptr<HotKeyGrab> grab;
-        /// The key of it that is down, in the server's code.
-        std::optional<std::uint8_t> heldKey;
+        /// The key of it that is down, in the server's code, and whether it went down as this hot
+        /// key.
+        std::optional<std::uint8_t> heldKey = {};
+        bool isPressed = false;
     };
 
     /// A key event, whichever way it came.

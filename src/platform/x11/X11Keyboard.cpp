@@ -166,7 +166,8 @@ bool X11Keyboard::nativeEventFilter(const QByteArray& eventType, void* message, 
 }
 
 xkb_keymap* X11Keyboard::keymap() {
-    if (!m_keymap && m_firstXkbEvent != 0) {
+    if (!m_keymapWasRead && m_firstXkbEvent != 0) {
+        m_keymapWasRead = true;
         m_keymap.reset(readKeymap(m_server.connection));
     }
     return m_keymap.get();
@@ -174,6 +175,7 @@ xkb_keymap* X11Keyboard::keymap() {
 
 void X11Keyboard::reload() {
     m_keymap.reset();
+    m_keymapWasRead = false;
     m_modifiers = readModifiers();
     Q_EMIT mappingChanged();
 }

@@ -61,6 +61,7 @@ private:
     Server m_server;
     std::uint8_t m_firstXkbEvent = 0;
     std::unique_ptr<xkb_keymap, KeymapDeleter> m_keymap;
+    bool m_keymapWasRead = false;
     ModifierMasks m_modifiers;
     // Changes come in bursts.
     QTimer m_settle;

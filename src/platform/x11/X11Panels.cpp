@@ -72,13 +72,15 @@ private:
     }
 
     void shape() {
-        if (m_translucent || m_options.cornerRadius <= 0) {
+        if (m_options.cornerRadius <= 0) {
             return;
         }
         setRoundedShape(
             qtServer(), window(),
             {qRound(m_content->width() * m_scale), qRound(m_content->height() * m_scale)},
-            m_options.cornerRadius * m_scale);
+            m_options.cornerRadius * m_scale,
+            // A compositor draws its shadow around the shape.
+            m_translucent ? ShapeEdge::Touched : ShapeEdge::Centres);
     }
 
     void place(GlobalPoint origin) {

@@ -8,7 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#include <QAbstractNativeEventFilter>
 #include <QWidget>
+
+#include <xcb/xinput.h>
 
 using namespace Qt::StringLiterals;
 
@@ -267,6 +270,136 @@ TEST_F(X11HotKeysTest, IsLostWhenItCannotBeTakenAnew) {
     EXPECT_EQ(m_lost, 1);
     EXPECT_TRUE(other.grab(serverKey::p, controlShiftBits)) << "nothing of it may be kept";
     registration.reset();
+}
+
+TEST_F(X11HotKeysTest, OutlastsAModifierThatIsGoneForAMoment) {
+    const auto registration = registerKey(carbonP, CarbonModifier::command);
+    ASSERT_NE(registration, nullptr);
+    remap(u"xmodmap"_s, {u"-e"_s, u"clear mod4"_s});
+    EXPECT_EQ(m_keyboard.modifiers().command, 0);
+    tap(serverKey::p);
+    EXPECT_THAT(news(), IsEmpty()) << "the letter alone is no hot key";
+    EXPECT_EQ(registerKey(carbonP, CarbonModifier::command | CarbonModifier::shift), nullptr);
+    remap(u"xmodmap"_s, {u"-e"_s, u"add mod3 = Super_L"_s});
+    down({serverKey::super});
+    tap(serverKey::p);
+    up({serverKey::super});
+    EXPECT_THAT(news(), ElementsAre("pressed 7/1", "released 7/1"));
+    EXPECT_EQ(m_lost, 0);
+}
+
+TEST_F(X11HotKeysTest, ScrollLockDoesNotMatterWhereItIsALock) {
+    remap(u"xmodmap"_s, {u"-e"_s, u"add mod3 = Scroll_Lock"_s});
+    ASSERT_EQ(m_keyboard.modifiers().scrollLock, XCB_MOD_MASK_3);
+    const auto registration = registerKey();
+    lock(serverKey::scrollLock);
+    pressAll();
+    releaseAll();
+    EXPECT_THAT(news(), ElementsAre("pressed 7/1", "released 7/1"));
+}
+
+TEST_F(X11HotKeysTest, MetaIsTheCommandKeyWhereThereIsNoSuper) {
+    remap(u"xmodmap"_s, {u"-e"_s, u"clear mod4"_s, u"-e"_s, u"clear mod1"_s, u"-e"_s,
+                         u"keycode 64 = Alt_L"_s, u"-e"_s, u"keycode 108 = Alt_R"_s, u"-e"_s,
+                         u"keycode 205 = NoSymbol"_s, u"-e"_s, u"keycode 133 = Meta_L"_s});
+    remap(u"xmodmap"_s, {u"-e"_s, u"add mod1 = Alt_R"_s, u"-e"_s, u"add mod3 = Meta_L"_s});
+    EXPECT_EQ(m_keyboard.modifiers().option, XCB_MOD_MASK_1);
+    EXPECT_EQ(m_keyboard.modifiers().command, XCB_MOD_MASK_3);
+}
+
+TEST_F(X11HotKeysTest, AKeyBelongsToTheHotKeyThatItWentDownAs) {
+    const auto plain = registerKey(carbonP, CarbonModifier::control);
+    const auto shifted = m_hotKeys.registerHotKey(carbonP, controlShift, {7, 2}, [] {});
+    ASSERT_TRUE(plain && shifted);
+    down({serverKey::control, serverKey::p});
+    for (int i = 0; i < 3; ++i) {
+        settle(); // The server repeats the key by now.
+    }
+    down({serverKey::shift});
+    settle();
+    up({serverKey::p, serverKey::shift, serverKey::control});
+    EXPECT_THAT(news(), ElementsAre("pressed 7/1", "released 7/1"));
+    tap(serverKey::p);
+    EXPECT_THAT(news(), IsEmpty());
+}
+
+TEST_F(X11HotKeysTest, WhatIsOursAlreadyIsRefused) {
+    const auto registration = registerKey();
+    EXPECT_EQ(registerKey(), nullptr);
+    pressAll();
+    releaseAll();
+    EXPECT_THAT(news(), ElementsAre("pressed 7/1", "released 7/1"));
+}
+
+TEST_F(X11HotKeysTest, AKeyThatIsDownAlreadyCountsFromItsNextPressOn) {
+    pressAll();
+    const auto registration = registerKey();
+    for (int i = 0; i < 3; ++i) {
+        settle(); // The server repeats the key by now.
+    }
+    releaseAll();
+    EXPECT_THAT(news(), IsEmpty());
+    pressAll();
+    releaseAll();
+    EXPECT_THAT(news(), ElementsAre("pressed 7/1", "released 7/1"));
+}
+
+TEST_F(X11HotKeysTest, WhatAnotherClientMakesUpIsNoKey) {
+    const auto registration = registerKey();
+    QWidget window;
+    window.show();
+    settle();
+    XcbConnection other(testDesktop().display());
+    for (const int type : {XCB_KEY_PRESS, XCB_KEY_RELEASE}) {
+        xcb_key_press_event_t event = {};
+        event.response_type = static_cast<std::uint8_t>(type);
+        event.detail = serverKey::p;
+        event.root = other.root();
+        event.event = other.root();
+        event.state = controlShiftBits;
+        xcb_send_event(other, 0, static_cast<xcb_window_t>(window.winId()), XCB_EVENT_MASK_NO_EVENT,
+                       reinterpret_cast<const char*>(&event));
+    }
+    other.sync();
+    EXPECT_THAT(news(), IsEmpty());
+}
+
+/// Counts what the keyboard itself tells this program.
+class DeviceWatch : public QAbstractNativeEventFilter {
+public:
+    DeviceWatch() { QCoreApplication::instance()->installNativeEventFilter(this); }
+
+    bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
+        const auto& event = *static_cast<const xcb_ge_generic_event_t*>(message);
+        const bool isGeneric = (event.response_type & 0x7f) == XCB_GE_GENERIC;
+        releases += isGeneric && event.event_type == XCB_INPUT_RAW_KEY_RELEASE ? 1 : 0;
+        return false;
+    }
+
+    int releases = 0;
+};
+
+TEST_F(X11HotKeysTest, TheKeyboardIsListenedToOnlyWhileTheKeyIsDown) {
+    const DeviceWatch watch;
+    pressAll();
+    auto registration = registerKey();
+    tap(serverKey::a);
+    settle();
+    EXPECT_EQ(watch.releases, 1);
+    releaseAll();
+    settle();
+    const int soFar = watch.releases;
+    tap(serverKey::a);
+    settle();
+    EXPECT_EQ(watch.releases, soFar) << "after it was released";
+
+    pressAll();
+    settle();
+    registration.reset();
+    releaseAll();
+    tap(serverKey::a);
+    settle();
+    EXPECT_EQ(watch.releases, soFar) << "after the hot key was given up";
 }
 
 class RawKeysTest : public X11HotKeysTest {
