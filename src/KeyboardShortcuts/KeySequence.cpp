@@ -1,5 +1,7 @@
 #include "KeyboardShortcuts/KeySequence.h"
 
+#include <QList>
+
 namespace KeyboardShortcuts {
 
 namespace {

@@ -87,8 +87,9 @@ void NamedShortcuts::setInitialShortcutIfNeeded(const Name& name) {
     m_knownNames.erase(name); // It may be known without its default.
     m_knownNames.insert(name);
     const QString key = userDefaultsKey(name);
-    if (name.initialShortcut() && !m_defaults.contains(key)) {
-        m_defaults.set(key, QString::fromUtf8(name.initialShortcut()->encoded()));
+    const std::optional<Shortcut>& initial = name.initialShortcut();
+    if (initial && !m_defaults.contains(key)) {
+        m_defaults.set(key, QString::fromUtf8(initial->encoded()));
     }
 }
 
@@ -123,6 +124,7 @@ void NamedShortcuts::removeAllHandlers() {
     m_keyDownHandlers.actions.clear();
     m_keyUpHandlers.actions.clear();
     std::vector<Shortcut> registered;
+    registered.reserve(m_hotKeys.size());
     for (const auto& entry : m_hotKeys) {
         registered.push_back(entry.first);
     }

@@ -9,8 +9,8 @@ namespace {
 namespace Carbon = snapvane::CarbonModifier;
 
 struct Modifier {
-    ModifierFlags::Flag flag;
-    std::int64_t carbon;
+    ModifierFlags::Flag flag = ModifierFlags::none;
+    std::int64_t carbon = 0;
     QStringView sign;
 };
 

@@ -10,8 +10,8 @@ namespace KeyboardShortcuts {
 namespace {
 
 struct Row {
-    SpecialKey specialKey;
-    Key key;
+    SpecialKey specialKey = SpecialKey::return_;
+    Key key = Key::return_;
     /// Empty where it is looked up in the module's texts.
     QStringView description;
     /// Empty for none.

@@ -46,9 +46,11 @@ private:
         case 0:
             text.insert(place, pieces[pick(std::size(pieces))]);
             break;
-        case 1:
-            text.remove(place, static_cast<qsizetype>(1 + pick(3)));
+        case 1: {
+            const std::size_t length = 1 + pick(3);
+            text.remove(place, static_cast<qsizetype>(length));
             break;
+        }
         case 2:
             text.insert(place, static_cast<char>(pick(256)));
             break;

@@ -68,11 +68,14 @@ std::unique_ptr<HotKeyRegistration> X11HotKeys::registerHotKey(std::uint32_t key
                                                                HotKeyIdentifier identifier,
                                                                std::function<void()> lost) {
     const auto combination = combinationOf(keyCode, modifiers);
+    if (!combination) {
+        return nullptr;
+    }
     // The server would let us have what we have already, and take it away from both.
     const bool isOurs = std::ranges::any_of(m_hotKeys, [&combination](const auto& entry) {
-        return entry.second.combination == combination;
+        return entry.second.combination == *combination;
     });
-    auto held = isOurs ? nullptr : grab(combination);
+    auto held = isOurs ? nullptr : grab(*combination);
     if (!held) {
         return nullptr;
     }
@@ -118,11 +121,11 @@ bool X11HotKeys::isHeldElsewhere(std::uint32_t keyCode, std::uint32_t modifiers)
         return false;
     }
     for (const auto& entry : m_hotKeys) {
-        if (entry.second.combination == combination && entry.second.grab) {
+        if (entry.second.combination == *combination && entry.second.grab) {
             return false; // Trying it would give up our own.
         }
     }
-    return grab(combination) == nullptr;
+    return grab(*combination) == nullptr;
 }
 
 std::vector<SymbolicHotKey> X11HotKeys::symbolicHotKeys() {
@@ -275,10 +278,8 @@ std::optional<KeyCombination> X11HotKeys::combinationOf(std::uint32_t keyCode,
     return combination.keyCodes.empty() ? std::nullopt : std::optional(combination);
 }
 
-std::unique_ptr<HotKeyGrab>
-X11HotKeys::grab(const std::optional<KeyCombination>& combination) const {
-    return combination ? HotKeyGrab::take(m_server, *combination, m_grabbedFor.lockCombinations())
-                       : nullptr;
+std::unique_ptr<HotKeyGrab> X11HotKeys::grab(const KeyCombination& combination) const {
+    return HotKeyGrab::take(m_server, combination, m_grabbedFor.lockCombinations());
 }
 
 void X11HotKeys::grabAnew() {
@@ -298,7 +299,7 @@ void X11HotKeys::grabAnew() {
             continue; // A modifier has no key for now; the change that gives it one comes here too.
         }
         hotKey.combination = *combination;
-        hotKey.grab = grab(combination);
+        hotKey.grab = grab(*combination);
         if (!hotKey.grab) {
             lost.push_back(hotKey.lost);
         }

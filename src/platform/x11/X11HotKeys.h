@@ -72,7 +72,7 @@ private:
     bool watches(HotKeyEventKind kind) const { return m_eventKinds.contains(kind); }
     std::optional<KeyCombination> combinationOf(std::uint32_t keyCode,
                                                 std::uint32_t modifiers) const;
-    std::unique_ptr<HotKeyGrab> grab(const std::optional<KeyCombination>& combination) const;
+    std::unique_ptr<HotKeyGrab> grab(const KeyCombination& combination) const;
     void grabAnew();
 
     Server m_server;
