@@ -39,11 +39,17 @@ inline QCoro::Task<> receiveAll(std::shared_ptr<Consumer> consumer) {
     consumer->received += '.';
 }
 
-/// Begins to await the stream's events.
+/// Begins to await the stream's events, until the consumer is dropped or the stream ends.
 inline std::shared_ptr<Consumer> consume(EventStream stream) {
     auto consumer = std::make_shared<Consumer>(std::move(stream));
     snapvane::startDetached(receiveAll(consumer));
-    return consumer;
+    // What awaits holds the consumer, which holds what is awaited: ending the stream undoes that.
+    Consumer* const received = consumer.get();
+    return {received, [consumer = std::move(consumer)](Consumer*) {
+                if (consumer->stream) {
+                    consumer->stream->end();
+                }
+            }};
 }
 
 } // namespace KeyboardShortcuts
