@@ -56,6 +56,11 @@ std::int64_t HotKeyCenter::nextHotKeyId() {
     return ++m_lastHotKeyId;
 }
 
+bool HotKeyCenter::canRegister(const Shortcut& shortcut) {
+    return fitsThirtyTwoBits(shortcut.carbonKeyCode()) &&
+           fitsThirtyTwoBits(shortcut.carbonModifiers());
+}
+
 bool HotKeyCenter::register_(const std::shared_ptr<HotKey>& hotKey) {
     requireMainThread();
     if (!registerWithSystem(*hotKey)) {
@@ -96,9 +101,7 @@ bool HotKeyCenter::isTakenBySystem(const Shortcut& shortcut) const {
     if (shortcut.isF12WithoutModifiers()) {
         return false;
     }
-    // Numbers beyond any keyboard's are nobody's.
-    const bool isHeld = fitsThirtyTwoBits(shortcut.carbonKeyCode()) &&
-                        fitsThirtyTwoBits(shortcut.carbonModifiers()) &&
+    const bool isHeld = canRegister(shortcut) &&
                         m_system.isHeldElsewhere(thirtyTwoBits(shortcut.carbonKeyCode()),
                                                  thirtyTwoBits(shortcut.carbonModifiers()));
     return isHeld || shortcut.isTakenBySystem(Shortcut::system(systemShortcuts()));

@@ -40,6 +40,9 @@ public:
     /// An id that no hot key has had before; the first is 1.
     std::int64_t nextHotKeyId();
 
+    /// True when key code and modifiers fit 32 bits each, as those of every keyboard do. A stored
+    /// shortcut may hold any numbers.
+    static bool canRegister(const Shortcut& shortcut);
     /// False when the system refuses; nothing has changed then. Key code, modifiers and id that do
     /// not fit 32 bits are a program error.
     bool register_(const std::shared_ptr<HotKey>& hotKey);

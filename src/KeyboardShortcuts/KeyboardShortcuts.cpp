@@ -12,7 +12,6 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <limits>
 
 namespace KeyboardShortcuts {
 
@@ -23,14 +22,6 @@ NamedShortcuts* installed = nullptr;
 const snapvane::Log& shortcutsLog() {
     static const snapvane::Log log("KeyboardShortcuts");
     return log;
-}
-
-/// A stored shortcut may hold any numbers.
-bool canBeRegistered(const Shortcut& shortcut) {
-    const auto fits = [](std::int64_t number) {
-        return number >= 0 && number <= std::numeric_limits<std::uint32_t>::max();
-    };
-    return fits(shortcut.carbonKeyCode()) && fits(shortcut.carbonModifiers());
 }
 
 } // namespace
@@ -205,10 +196,7 @@ void NamedShortcuts::setPaused(bool paused) {
 }
 
 void NamedShortcuts::updateCenter() {
-    const bool effective = m_isEnabled && !m_isPaused;
-    if (effective != m_center.isEnabled()) {
-        m_center.setEnabled(effective);
-    }
+    m_center.setEnabled(m_isEnabled && !m_isPaused);
 }
 
 NamedShortcuts::StreamActions NamedShortcuts::forwardingTo(EventStream& stream) {
@@ -273,7 +261,7 @@ void NamedShortcuts::registerIfNeeded(const Shortcut& shortcut) {
     if (m_hotKeys.contains(shortcut)) {
         return;
     }
-    if (!canBeRegistered(shortcut)) {
+    if (!HotKeyCenter::canRegister(shortcut)) {
         reportRefusal(shortcut);
         return;
     }

@@ -106,12 +106,8 @@ QCoro::Task<> run(AfterCaptureActions actions, CaptureResult result,
 }
 
 QStringList dedupeHUDParts(const QStringList& parts) {
-    QStringList kept;
-    for (const QString& part : parts) {
-        if (!kept.contains(part)) {
-            kept += part;
-        }
-    }
+    QStringList kept = parts;
+    kept.removeDuplicates();
     return kept;
 }
 

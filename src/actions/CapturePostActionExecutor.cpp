@@ -46,6 +46,11 @@ QCoro::Task<> runSingle(std::unique_ptr<CaptureAction> action, CaptureResult res
     }
 }
 
+QCoro::Task<> runEnabledActions(CaptureResult result, const AfterCaptureFacilities& facilities) {
+    return AfterCaptureBatchRunner::run(facilities.preferences.enabledActions(), std::move(result),
+                                        facilities);
+}
+
 } // namespace
 
 QCoro::Task<> runConfiguredAction(CaptureResult result, AfterCaptureFacilities facilities) {
@@ -53,20 +58,16 @@ QCoro::Task<> runConfiguredAction(CaptureResult result, AfterCaptureFacilities f
         facilities.askUser(std::move(result));
         co_return;
     }
-    auto running = AfterCaptureBatchRunner::run(facilities.preferences.enabledActions(),
-                                                std::move(result), facilities);
+    auto running = runEnabledActions(std::move(result), facilities);
     co_await running;
 }
 
 QCoro::Task<> run(PostCaptureMenuAction menuAction, CaptureResult result,
                   AfterCaptureFacilities facilities) {
-    if (menuAction == PostCaptureMenuAction::runSavedDefaults) {
-        auto running = AfterCaptureBatchRunner::run(facilities.preferences.enabledActions(),
-                                                    std::move(result), facilities);
-        co_await running;
-        co_return;
-    }
-    auto running = runSingle(actionFor(menuAction, facilities), std::move(result), facilities);
+    auto running =
+        menuAction == PostCaptureMenuAction::runSavedDefaults
+            ? runEnabledActions(std::move(result), facilities)
+            : runSingle(actionFor(menuAction, facilities), std::move(result), facilities);
     co_await running;
 }
 

@@ -80,17 +80,15 @@ std::unique_ptr<HotKeyRegistration> X11HotKeys::registerHotKey(std::uint32_t key
         return nullptr;
     }
     const int number = ++m_lastNumber;
-    HotKey& hotKey = m_hotKeys[number];
-    hotKey = {.keyCode = keyCode,
-              .modifiers = modifiers,
-              .identifier = identifier,
-              .lost = std::move(lost),
-              .combination = *combination,
-              .grab = std::move(held)};
     // A key that is down already, as after it was pressed to be recorded, counts from its next
     // press on.
-    hotKey.heldKey = keyDownAmong(m_server, combination->keyCodes);
-    hotKey.isPressed = false;
+    m_hotKeys[number] = {.keyCode = keyCode,
+                         .modifiers = modifiers,
+                         .identifier = identifier,
+                         .lost = std::move(lost),
+                         .combination = *combination,
+                         .grab = std::move(held),
+                         .heldKey = keyDownAmong(m_server, combination->keyCodes)};
     watchReleases();
     return std::make_unique<Registration>(*this, number);
 }
