@@ -9,6 +9,8 @@
 #include "hud/ModalAlertPresenter.h"
 #include "platform/Platform.h"
 #include "selection/AppPreferences.h"
+#include "selection/ScreenCenterOverlayManager.h"
+#include "selection/SelectionMagnifierController.h"
 
 namespace snapvane {
 
@@ -16,11 +18,13 @@ namespace {
 
 CaptureCoordinator::Collaborators sharedCollaborators() {
     // They live as long as the coordinator that they are for: for the whole run.
-    static NoMagnifier magnifier;
-    static NoSnapshots snapshots;
     Platform& platform = Platform::shared();
-    return {{AppPreferences::shared(), platform.screens(), platform.overlays(),
-             GuideLines::shared(), magnifier, snapshots},
+    AppPreferences& preferences = AppPreferences::shared();
+    static auto* magnifier =
+        new SelectionMagnifierController(preferences, platform.screens(), platform.sprites());
+    static auto* snapshots = new ScreenSnapshots(DisplaySnapshotStore::Facilities::shared());
+    return {{preferences, platform.screens(), platform.overlays(),
+             ScreenCenterOverlayManager::shared(), *magnifier, *snapshots},
             [](GlobalRect rect) {
                 return CaptureService::captureRegion(rect, CaptureService::Facilities::shared());
             },

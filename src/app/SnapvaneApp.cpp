@@ -16,6 +16,7 @@
 #include "capture/ScreenCapturePermissionManager.h"
 #include "platform/PlatformLoader.h"
 #include "selection/AppPreferences.h"
+#include "selection/ScreenCenterOverlayManager.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -120,7 +121,7 @@ int runOn(Platform& platform, const Log& log) {
     InstalledShortcuts shortcuts(platform);
     AppDelegate delegate({platform, CaptureCoordinator::shared(),
                           ScreenCapturePermissionManager::shared(), AppPreferences::shared(),
-                          GuideLines::shared(), shortcuts.named()});
+                          ScreenCenterOverlayManager::shared(), shortcuts.named()});
     ApplicationService service(delegate);
     switch (service.claim()) {
     case ApplicationService::Claim::First:

@@ -46,7 +46,8 @@ QCoro::Task<CaptureResult> captureRegion(GlobalRect globalRect, Facilities facil
         throw CaptureServiceError::emptySelection();
     }
     auto query = facilities.capturer->shareableContent(
-        ContentQuery{.excludeDesktopWindows = false, .onScreenWindowsOnly = true});
+        ContentQuery{
+            .excludeDesktopWindows = false, .onScreenWindowsOnly = true, .listsWindows = false});
     const ShareableContent content = co_await query;
     if (content.displays.empty()) {
         throw CaptureServiceError::noDisplays();

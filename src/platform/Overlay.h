@@ -53,6 +53,8 @@ public:
     /// Draws the region of one surface that was asked to be repainted or that the server has lost.
     virtual void paintOverlay(std::size_t screenIndex, OverlayCanvas& canvas,
                               const QRegion& dirty) = 0;
+    /// Presses and releases come at once. Motion comes when the display has worked off what was
+    /// painted for the motion before, the newest position only, so that it never queues up.
     virtual void overlayPointerEvent(const OverlayPointerEvent& event) = 0;
     virtual void overlayKeyEvent(const OverlayKeyEvent& event) = 0;
     /// The desktop composites windows in another way than when the session was opened: it is to be
@@ -71,13 +73,15 @@ struct OverlayOptions {
     int level = 0;
 };
 
-/// One borderless surface a screen over everything, with the keyboard and the pointer. The surfaces
-/// appear veiled all over when the session is opened. Destroying a session takes everything away;
-/// it is to be concealed first when a capture follows. Main thread.
+/// One borderless surface a screen over everything, with the keyboard and the pointer. Opening a
+/// session fixes what stands under the veil where the desktop knows no transparency. Destroying it
+/// takes everything away; it is to be concealed first when a capture follows. Main thread.
 class OverlaySession {
 public:
     virtual ~OverlaySession() = default;
 
+    /// Puts the surfaces, veiled all over, on every screen and takes the keyboard and the pointer.
+    virtual void orderFront() = 0;
     /// Has the client paint a region (native pixels) of one surface, now.
     virtual void repaint(std::size_t screenIndex, const QRegion& region) = 0;
     /// Makes the surfaces show nothing at all, so that what a compositor still draws of them while

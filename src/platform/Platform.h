@@ -14,6 +14,7 @@ class Panels;
 class Pasteboard;
 class ScreenCapturer;
 class Screens;
+class Sprites;
 class TrayHost;
 class Workspace;
 
@@ -28,6 +29,7 @@ public:
     virtual ScreenCapturer& capturer() = 0;
     virtual OverlayHost& overlays() = 0;
     virtual Panels& panels() = 0;
+    virtual Sprites& sprites() = 0;
     virtual HotKeys& hotKeys() = 0;
     virtual KeyboardLayout& keyboardLayout() = 0;
     virtual Pasteboard& pasteboard() = 0;

@@ -4,6 +4,7 @@
 #include "base/Rounding.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace snapvane::ScreenMapping {
 
@@ -36,6 +37,21 @@ GlobalRect withoutReserved(const GlobalRect& frame, const NativeScreen& screen) 
 DevicePoint nearestInside(const DeviceRect& frame, DevicePoint position) {
     return {std::clamp(position.x, frame.origin.x, frame.origin.x + frame.size.width - 1),
             std::clamp(position.y, frame.origin.y, frame.origin.y + frame.size.height - 1)};
+}
+
+/// Pixels along one axis, counted from the left or the lower end.
+struct Band {
+    int start;
+    int length;
+};
+
+/// The whole pixels of a line `thickness` pixels wide around the pixel boundary `middle`; some of
+/// the `count` pixels there are.
+Band bandAround(int middle, double thickness, int count) {
+    const int start = static_cast<int>(std::floor(middle - thickness / 2 + 0.5));
+    const int end = static_cast<int>(std::floor(middle + thickness / 2 + 0.5));
+    const int first = std::clamp(start, 0, count - 1);
+    return {first, std::clamp(end, first + 1, count) - first};
 }
 
 long long squaredDistance(DevicePoint a, DevicePoint b) {
@@ -124,6 +140,30 @@ PixelRect sourcePixels(const Screen& screen, const GlobalRect& local, PixelSize 
     return {std::clamp(left, 0, std::max(0, size.width - output.width)),
             std::clamp(top, 0, std::max(0, size.height - output.height)), output.width,
             output.height};
+}
+
+CrossingLines linesThrough(const Screen& screen, GlobalPoint local, double thickness) {
+    const double scale = screen.backingScale;
+    const PixelSize size = screen.nativeSize();
+    const Band columns = bandAround(roundedPixel(scale * local.x), scale * thickness, size.width);
+    const Band rows = bandAround(roundedPixel(scale * local.y), scale * thickness, size.height);
+    return {{columns.start, 0, columns.length, size.height},
+            {0, size.height - rows.start - rows.length, size.width, rows.length}};
+}
+
+PixelSize pixelSize(GlobalSize size, double scale) {
+    return {std::max(1, roundedPixel(scale * size.width)),
+            std::max(1, roundedPixel(scale * size.height))};
+}
+
+PixelPoint upperLeftPixel(const Screen& screen, GlobalPoint origin, PixelSize picture) {
+    const double scale = screen.backingScale;
+    return {roundedPixel((origin.x - screen.frame.minX()) * scale),
+            roundedPixel((screen.frame.maxY() - origin.y) * scale) - picture.height};
+}
+
+PixelPoint picturePixel(GlobalPoint local, double scale, int height) {
+    return {roundedPixel(scale * local.x), height - 1 - roundedPixel(scale * local.y)};
 }
 
 DeviceRect deviceRect(const Screen& screen, const PixelRect& pixels) {

@@ -58,6 +58,31 @@ PixelRect pixelRect(const Screen& screen, const GlobalRect& area);
 /// screen where rounding would put the last one beyond its border.
 PixelRect sourcePixels(const Screen& screen, const GlobalRect& local, PixelSize output);
 
+/// A vertical and a horizontal line across a whole screen, in its pixels.
+struct CrossingLines {
+    PixelRect vertical;
+    PixelRect horizontal;
+
+    friend bool operator==(const CrossingLines&, const CrossingLines&) = default;
+};
+
+/// The lines, `thickness` points thick, that cross at `local` (points, relative to the lower-left
+/// corner of the screen). The place goes to the nearest corner of a pixel, halves away from zero.
+/// The lines are centred there and fill whole pixels, those up and to the right of the place rather
+/// than those on the other side: a line of one pixel runs through the very pixel that has `local`
+/// as its lower-left corner. On a screen's border they stay inside.
+CrossingLines linesThrough(const Screen& screen, GlobalPoint local, double thickness);
+
+/// How many pixels a size in points makes at `scale` pixels a point, at least one each way.
+PixelSize pixelSize(GlobalSize size, double scale);
+
+/// Where the upper-left pixel of a picture goes whose lower-left corner is to be at `origin`.
+PixelPoint upperLeftPixel(const Screen& screen, GlobalPoint origin, PixelSize picture);
+
+/// The pixel of a picture of a whole screen, `height` pixels high, that has `local` (points,
+/// relative to the lower-left corner of that screen) as its lower-left corner. May lie outside.
+PixelPoint picturePixel(GlobalPoint local, double scale, int height);
+
 /// Pixels of the screen in the display server's space.
 DeviceRect deviceRect(const Screen& screen, const PixelRect& pixels);
 

@@ -10,9 +10,6 @@ class GuideLines {
 public:
     virtual ~GuideLines() = default;
 
-    /// Those of the program.
-    static GuideLines& shared();
-
     bool captureSessionActive() const { return m_captureSessionActive; }
     void setCaptureSessionActive(bool active) { m_captureSessionActive = active; }
 
@@ -26,15 +23,6 @@ public:
 
 private:
     bool m_captureSessionActive = false;
-};
-
-/// Draws nothing; what a selection without lines is built on.
-class NoGuideLines : public GuideLines {
-public:
-    void rebuildOverlays() override {}
-    void hideOverlays() override {}
-    void updateCursor(GlobalPoint) override {}
-    void screenParametersChanged() override {}
 };
 
 } // namespace snapvane

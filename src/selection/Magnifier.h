@@ -17,12 +17,4 @@ public:
     virtual void dismiss() = 0;
 };
 
-/// Shows nothing; what a selection without a loupe is built on.
-class NoMagnifier : public Magnifier {
-public:
-    void prepare(const DisplaySnapshotList&) override {}
-    void update(GlobalPoint, GlobalSize) override {}
-    void dismiss() override {}
-};
-
 } // namespace snapvane

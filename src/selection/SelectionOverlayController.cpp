@@ -19,7 +19,7 @@ const Log& selectionLog() {
 
 SelectionOverlayController::SelectionOverlayController(const Collaborators& collaborators)
     : m_with(collaborators) {
-    connect(&m_with.screens, &Screens::changed, this, &SelectionOverlayController::screensChanged);
+    connect(&m_with.screens, &Screens::changed, this, &SelectionOverlayController::restart);
 }
 
 SelectionOverlayController::~SelectionOverlayController() = default;
@@ -27,12 +27,15 @@ SelectionOverlayController::~SelectionOverlayController() = default;
 void SelectionOverlayController::present(Completion completion, CaptureTrigger trigger) {
     dismiss();
     m_completion = std::move(completion);
+    m_trigger = trigger;
+    m_sessionRunning = true;
     advanceGeneration();
     startDetached(presentWhenReady(m_presentGeneration, trigger));
 }
 
 void SelectionOverlayController::dismiss() {
     advanceGeneration();
+    m_sessionRunning = false;
     m_with.guideLines.setCaptureSessionActive(false);
     m_with.guideLines.hideOverlays();
     m_with.magnifier.dismiss();
@@ -103,6 +106,11 @@ void SelectionOverlayController::presentOverlay(const DisplaySnapshotList& snaps
                 .arg(reason));
         finish(std::nullopt);
     };
+    m_overlayWindow->onOutdated = [this] { restart(); };
+    if (!m_overlayWindow->open()) {
+        finish(std::nullopt);
+        return;
+    }
 
     m_with.guideLines.setCaptureSessionActive(true);
     if (m_with.preferences.showCrosshairLinesWhileCapturing()) {
@@ -110,10 +118,7 @@ void SelectionOverlayController::presentOverlay(const DisplaySnapshotList& snaps
         m_with.guideLines.hideOverlays();
         m_with.guideLines.updateCursor(m_with.screens.pointerLocation());
     }
-    if (!m_overlayWindow->makeKeyAndOrderFront()) {
-        finish(std::nullopt);
-        return;
-    }
+    m_overlayWindow->makeKeyAndOrderFront();
     if (!snapshots.empty()) {
         m_with.magnifier.update(m_with.screens.pointerLocation(), {});
     }
@@ -145,14 +150,12 @@ void SelectionOverlayController::advanceGeneration() {
     }
 }
 
-void SelectionOverlayController::screensChanged() {
-    if (!m_overlayWindow) {
+void SelectionOverlayController::restart() {
+    if (!m_sessionRunning) {
         return;
     }
-    selectionLog().notice(QStringLiteral("The screens changed during a selection."));
-    if (!m_overlayWindow->setScreens(m_with.screens.list())) {
-        finish(std::nullopt);
-    }
+    selectionLog().notice(QStringLiteral("The desktop changed during a selection."));
+    present(takeCompletion(), m_trigger);
 }
 
 } // namespace snapvane

@@ -70,11 +70,15 @@ private:
     void preparePointerCallback(SelectionOverlayView& view);
     void finish(std::optional<GlobalRect> result);
     void advanceGeneration();
-    void screensChanged();
+    /// Begins the session that is going on anew, with pictures and surfaces that fit the desktop as
+    /// it is now. A drag is dropped: its coordinates may mean other places.
+    void restart();
 
     Collaborators m_with;
     std::unique_ptr<SelectionOverlayWindow> m_overlayWindow;
     Completion m_completion;
+    CaptureTrigger m_trigger = CaptureTrigger::Shortcut;
+    bool m_sessionRunning = false;
     DisplaySnapshotList m_displaySnapshots;
     std::int64_t m_presentGeneration = 0;
 };

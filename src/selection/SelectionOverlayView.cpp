@@ -68,13 +68,6 @@ SelectionPicture SelectionOverlayView::picture(const Screen& screen) const {
                                 selectionBorderWidth);
 }
 
-void SelectionOverlayView::reset(const GlobalRect& bounds) {
-    m_bounds = bounds;
-    m_dragStart.reset();
-    m_currentSelection = {};
-    m_isDragging = false;
-}
-
 void SelectionOverlayView::reportPointer(GlobalPoint point) const {
     if (onPointerChange) {
         onPointerChange(point, m_isDragging ? m_currentSelection.size : GlobalSize());

@@ -56,10 +56,6 @@ public:
     /// What a screen's surface shows now.
     SelectionPicture picture(const Screen& screen) const;
 
-    /// Gives the view other screens to cover. A drag that is going on is dropped without ending the
-    /// session: its coordinates may mean other places now.
-    void reset(const GlobalRect& bounds);
-
 private:
     void reportPointer(GlobalPoint point) const;
     void requestDisplay() const;

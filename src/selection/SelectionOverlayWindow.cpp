@@ -12,10 +12,16 @@ SelectionOverlayWindow::SelectionOverlayWindow(OverlayHost& host, const Settings
 
 SelectionOverlayWindow::~SelectionOverlayWindow() = default;
 
-bool SelectionOverlayWindow::makeKeyAndOrderFront() {
+bool SelectionOverlayWindow::open() {
     m_pictures = currentPictures();
     m_session = m_host.open(OverlayOptions{m_settings.screens, m_settings.dimAmount, level}, *this);
     return m_session != nullptr;
+}
+
+void SelectionOverlayWindow::makeKeyAndOrderFront() {
+    if (m_session) {
+        m_session->orderFront();
+    }
 }
 
 void SelectionOverlayWindow::orderOut() {
@@ -23,13 +29,6 @@ void SelectionOverlayWindow::orderOut() {
         m_session->conceal();
         m_session.reset();
     }
-}
-
-bool SelectionOverlayWindow::setScreens(const ScreenList& screens) {
-    orderOut();
-    m_settings.screens = screens;
-    m_view.reset(ScreenCoordinateConverter::unionFrameOfAllScreens(screens));
-    return makeKeyAndOrderFront();
 }
 
 void SelectionOverlayWindow::paintOverlay(std::size_t screenIndex, OverlayCanvas& canvas,
@@ -63,8 +62,8 @@ void SelectionOverlayWindow::overlayKeyEvent(const OverlayKeyEvent& event) {
 }
 
 void SelectionOverlayWindow::overlayOutdated() {
-    if (!setScreens(m_settings.screens)) {
-        overlayInputRefused(QStringLiteral("the desktop cannot show the selection any more"));
+    if (onOutdated) {
+        onOutdated();
     }
 }
 

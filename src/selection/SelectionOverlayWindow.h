@@ -30,16 +30,18 @@ public:
     bool canBecomeKey() const { return true; }
     bool canBecomeMain() const { return true; }
 
-    /// Puts the surfaces on every screen and takes the keyboard and the pointer; false when the
-    /// desktop cannot show them.
-    bool makeKeyAndOrderFront();
+    /// Makes the surfaces, unseen as yet; false when the desktop cannot show them. What is on the
+    /// glass now is what will stand under the veil where the desktop knows no transparency.
+    bool open();
+    /// Puts the surfaces on every screen and takes the keyboard and the pointer.
+    void makeKeyAndOrderFront();
     /// Conceals the surfaces and takes them off the screen.
     void orderOut();
-    /// Covers another set of screens; a drag that is going on is dropped. False as above.
-    bool setScreens(const ScreenList& screens);
 
     /// Called when the desktop refuses the keyboard or the pointer.
     std::function<void(const QString& reason)> onInputRefused;
+    /// Called when the desktop composites windows in another way than when the surfaces were made.
+    std::function<void()> onOutdated;
 
     void paintOverlay(std::size_t screenIndex, OverlayCanvas& canvas,
                       const QRegion& dirty) override;

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "capture/DisplaySnapshot.h"
+#include "capture/DisplaySnapshotStore.h"
 
 #include <QCoroTask>
+
+#include <utility>
 
 namespace snapvane {
 
@@ -13,6 +15,20 @@ public:
 
     /// One picture a screen, without the program's own windows; throws when the platform does.
     virtual QCoro::Task<DisplaySnapshotList> captureAllDisplays() = 0;
+};
+
+/// Takes them from the real screens. Owned by the capture coordinator; main thread.
+class ScreenSnapshots : public SnapshotSource {
+public:
+    explicit ScreenSnapshots(DisplaySnapshotStore::Facilities facilities)
+        : m_facilities(std::move(facilities)) {}
+
+    QCoro::Task<DisplaySnapshotList> captureAllDisplays() override {
+        return DisplaySnapshotStore::captureAllDisplays(m_facilities);
+    }
+
+private:
+    DisplaySnapshotStore::Facilities m_facilities;
 };
 
 /// Takes none, for as long as there is no loupe to show them.

@@ -80,6 +80,7 @@ public:
     explicit RandomDrag(unsigned seed)
         : m_dice(seed), m_screens(randomScreens(m_dice)),
           m_window(m_host, {m_screens, testing::fixtureDim}) {
+        m_window.open();
         m_window.makeKeyAndOrderFront();
     }
 
@@ -139,7 +140,8 @@ TEST(RandomDrags, ATypicalStepPaintsLittle) {
         ScreenMapping::layOut({{1, QStringLiteral("S"), {{0, 0}, {1280, 800}}, 1.25, {}}});
     null::NullOverlayHost host;
     SelectionOverlayWindow window(host, {screens, testing::fixtureDim});
-    ASSERT_TRUE(window.makeKeyAndOrderFront());
+    ASSERT_TRUE(window.open());
+    window.makeKeyAndOrderFront();
     const auto send = [&](Kind kind, DevicePoint place) {
         window.overlayPointerEvent(testing::pointerEvent(kind, screens, place));
         QCoreApplication::processEvents();

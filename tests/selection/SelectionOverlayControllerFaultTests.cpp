@@ -67,6 +67,30 @@ TEST_F(SelectionOverlayControllerTest, OtherScreensDropTheDragButNotTheSession) 
     EXPECT_THAT(results, ElementsAre(GlobalRect{{100, 150}, {100, 50}}));
 }
 
+TEST_F(SelectionOverlayControllerTest, OtherScreensNeedOtherPictures) {
+    preferences.setShowSelectionMagnifier(true);
+    preferences.setShowCrosshairLinesWhileCapturing(true);
+    present();
+    (void)news();
+    Q_EMIT screens.changed();
+    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "overlay close concealed",
+                                    "snapshots", "loupe prepare 1", "overlay open",
+                                    "lines rebuild (active)", "lines hide (active)",
+                                    "lines cursor (active)", "overlay front", "loupe update"));
+    pressEscape();
+    EXPECT_THAT(results, ElementsAre(std::nullopt)) << "still the same capture";
+}
+
+TEST_F(SelectionOverlayControllerTest, OutdatedSurfacesAreMadeAnew) {
+    present();
+    (void)news();
+    host.session->client.overlayOutdated();
+    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "overlay close concealed",
+                                    "overlay open", "overlay front"));
+    testing::drag(host, screens.screens, {100, 100}, {200, 150});
+    EXPECT_THAT(results, ElementsAre(GlobalRect{{100, 150}, {100, 50}}));
+}
+
 TEST_F(SelectionOverlayControllerTest, OtherScreensWithoutASessionMeanNothing) {
     Q_EMIT screens.changed();
     present();
@@ -82,6 +106,8 @@ TEST_F(SelectionOverlayControllerTest, OtherScreensWhileSnapshotsAreTakenAreTheO
     screens.screens.resize(1);
     Q_EMIT screens.changed();
     snapshots.gate.open();
+    EXPECT_FALSE(isShowing()) << "these are pictures of the screens that were there before";
+    snapshots.gate.open(1);
     ASSERT_TRUE(isShowing());
     EXPECT_EQ(host.session->surfaces.size(), 1U);
 }

@@ -21,7 +21,8 @@ TEST_F(SelectionOverlayControllerTest, BeginsWithNothing) {
 
 TEST_F(SelectionOverlayControllerTest, WithoutLoupeAndLinesTheOverlayIsThereAtOnce) {
     present();
-    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "overlay open"));
+    EXPECT_THAT(news(),
+                ElementsAre("lines hide", "loupe dismiss", "overlay open", "overlay front"));
     EXPECT_TRUE(isShowing());
     EXPECT_NE(controller->overlayWindow(), nullptr);
     EXPECT_TRUE(lines.captureSessionActive());
@@ -37,19 +38,22 @@ TEST_F(SelectionOverlayControllerTest, WithTheLoupeTheOverlayWaitsForTheSnapshot
     EXPECT_FALSE(lines.captureSessionActive());
 
     snapshots.gate.open();
-    EXPECT_THAT(news(), ElementsAre("loupe prepare 1", "overlay open", "loupe update"));
+    EXPECT_THAT(news(),
+                ElementsAre("loupe prepare 1", "overlay open", "overlay front", "loupe update"));
     EXPECT_THAT(controller->displaySnapshots(), SizeIs(1));
     EXPECT_EQ(magnifier.point, (GlobalPoint{12, 34}));
     EXPECT_EQ(magnifier.size, GlobalSize());
 }
 
+/// What stands under the veil is fixed when the overlay is opened, where the desktop knows no
+/// transparency: the lines must not be on the screen before.
 TEST_F(SelectionOverlayControllerTest, LinesAreBuiltHiddenAndShownAtThePointer) {
     preferences.setShowCrosshairLinesWhileCapturing(true);
     screens.pointer = {55, 66};
     present();
     EXPECT_THAT(news(),
-                ElementsAre("lines hide", "loupe dismiss", "lines rebuild (active)",
-                            "lines hide (active)", "lines cursor (active)", "overlay open"));
+                ElementsAre("lines hide", "loupe dismiss", "overlay open", "lines rebuild (active)",
+                            "lines hide (active)", "lines cursor (active)", "overlay front"));
     EXPECT_EQ(lines.cursor, (GlobalPoint{55, 66}));
 }
 
@@ -58,22 +62,24 @@ TEST_F(SelectionOverlayControllerTest, LinesAndLoupeKeepTheirOrder) {
     preferences.setShowCrosshairLinesWhileCapturing(true);
     present();
     EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "snapshots", "loupe prepare 1",
-                                    "lines rebuild (active)", "lines hide (active)",
-                                    "lines cursor (active)", "overlay open", "loupe update"));
+                                    "overlay open", "lines rebuild (active)", "lines hide (active)",
+                                    "lines cursor (active)", "overlay front", "loupe update"));
 }
 
 TEST_F(SelectionOverlayControllerTest, NoSnapshotsMeanNoLoupe) {
     preferences.setShowSelectionMagnifier(true);
     snapshots.list.clear();
     present();
-    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "snapshots", "overlay open"));
+    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "snapshots", "overlay open",
+                                    "overlay front"));
 }
 
 TEST_F(SelectionOverlayControllerTest, FailingSnapshotsMeanNoLoupe) {
     holdSnapshots();
     present();
     snapshots.gate.open(0, false);
-    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "snapshots", "overlay open"));
+    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "snapshots", "overlay open",
+                                    "overlay front"));
     EXPECT_TRUE(isShowing());
     EXPECT_THAT(controller->displaySnapshots(), IsEmpty());
 }
@@ -107,7 +113,7 @@ TEST_F(SelectionOverlayControllerTest, ASecondPresentReplacesAShownSession) {
     (void)news();
     present();
     EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "overlay close concealed",
-                                    "overlay open"));
+                                    "overlay open", "overlay front"));
     pressEscape();
     EXPECT_FALSE(firstCalled);
     EXPECT_THAT(results, ElementsAre(std::nullopt));
@@ -222,7 +228,8 @@ TEST_F(SelectionOverlayControllerTest, SnapshotsThatFailAtOnceMeanNoLoupe) {
     SnapshotsThatFailAtOnce failing;
     SelectionOverlayController other({preferences, screens, host, lines, magnifier, failing});
     other.present(recorded());
-    EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "overlay open"));
+    EXPECT_THAT(news(),
+                ElementsAre("lines hide", "loupe dismiss", "overlay open", "overlay front"));
     other.dismiss();
 }
 

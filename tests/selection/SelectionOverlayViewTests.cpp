@@ -262,20 +262,6 @@ TEST(SelectionOverlayView, GoesWithoutDelegateAndCallbacks) {
     EXPECT_FALSE(view.isDragging());
 }
 
-TEST_F(SelectionOverlayViewTest, ResetDropsADragAndTakesTheNewBounds) {
-    view.mouseDown(at(10, 10));
-    view.mouseDragged(at(100, 100));
-    view.reset({{-50, 0}, {500, 300}});
-    expectIdle();
-    EXPECT_EQ(view.bounds(), (GlobalRect{{-50, 0}, {500, 300}}));
-    view.mouseDragged(at(120, 120));
-    view.mouseUp();
-    EXPECT_EQ(delegate.cancelled, 0) << "the rest of the dropped drag means nothing";
-    EXPECT_THAT(delegate.completed, IsEmpty());
-    drag(at(10, 10), at(20, 20));
-    EXPECT_THAT(delegate.completed, ElementsAre(GlobalRect{{10, 10}, {10, 10}}));
-}
-
 TEST_F(SelectionOverlayViewTest, PictureShowsTheSelectionOnlyWhileDragging) {
     const Screen screen =
         ScreenMapping::layOut({{1, QStringLiteral("S"), {{0, 0}, {800, 600}}, 1, {}}}).front();

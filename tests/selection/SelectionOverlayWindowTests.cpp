@@ -26,6 +26,10 @@ class SelectionOverlayWindowTest : public ::testing::Test {
 protected:
     SelectionOverlayWindowTest() { window.contentView().delegate = &delegate; }
 
+    void show() {
+        ASSERT_TRUE(window.open());
+        window.makeKeyAndOrderFront();
+    }
     void send(Kind kind, DevicePoint place) {
         window.overlayPointerEvent(testing::pointerEvent(kind, screens, place));
     }
@@ -40,7 +44,7 @@ protected:
 TEST_F(SelectionOverlayWindowTest, TakesKeysAndStandsAboveMenus) {
     EXPECT_TRUE(window.canBecomeKey());
     EXPECT_TRUE(window.canBecomeMain());
-    ASSERT_TRUE(window.makeKeyAndOrderFront());
+    show();
     EXPECT_EQ(host.session->options.level, 1000);
     EXPECT_EQ(host.session->options.dimAmount, 0.45);
     EXPECT_EQ(host.session->options.screens, screens);
@@ -50,22 +54,31 @@ TEST_F(SelectionOverlayWindowTest, CoversTheUnionOfAllScreens) {
     EXPECT_EQ(window.contentView().bounds(), (GlobalRect{{0, 0}, {800, 300}}));
 }
 
-TEST_F(SelectionOverlayWindowTest, NothingIsOpenBeforeItIsOrderedFront) {
+TEST_F(SelectionOverlayWindowTest, NothingIsOpenBeforeItIsOpened) {
     EXPECT_EQ(host.opened, 0);
+    window.makeKeyAndOrderFront();
     window.orderOut();
     EXPECT_TRUE(journal.empty());
 }
 
-TEST_F(SelectionOverlayWindowTest, ConcealsBeforeItCloses) {
+TEST_F(SelectionOverlayWindowTest, AnOpenedWindowIsSeenOnceItIsOrderedFront) {
+    ASSERT_TRUE(window.open());
+    EXPECT_FALSE(host.session->shown);
     window.makeKeyAndOrderFront();
+    EXPECT_TRUE(host.session->shown);
+}
+
+TEST_F(SelectionOverlayWindowTest, ConcealsBeforeItCloses) {
+    show();
     window.orderOut();
     window.orderOut();
-    EXPECT_THAT(journal, ::testing::ElementsAre("overlay open", "overlay close concealed"));
+    EXPECT_THAT(journal,
+                ::testing::ElementsAre("overlay open", "overlay front", "overlay close concealed"));
 }
 
 TEST_F(SelectionOverlayWindowTest, SaysWhenTheDesktopCannotShowIt) {
     host.capable = false;
-    EXPECT_FALSE(window.makeKeyAndOrderFront());
+    EXPECT_FALSE(window.open());
 }
 
 TEST_F(SelectionOverlayWindowTest, EscapeAndTheCancelCommandCancel) {
@@ -82,7 +95,7 @@ TEST_F(SelectionOverlayWindowTest, EscapeAndTheCancelCommandCancel) {
 }
 
 TEST_F(SelectionOverlayWindowTest, ABurstOfMotionIsPaintedOnce) {
-    window.makeKeyAndOrderFront();
+    show();
     send(Kind::Down, {50, 50});
     for (int i = 1; i <= 50; ++i) {
         send(Kind::Dragged, {50 + i, 50 + i});
@@ -94,7 +107,7 @@ TEST_F(SelectionOverlayWindowTest, ABurstOfMotionIsPaintedOnce) {
 }
 
 TEST_F(SelectionOverlayWindowTest, VeilAndHoleHaveTheStatedOpacity) {
-    window.makeKeyAndOrderFront();
+    show();
     const QRgb veil = qRgba(0, 0, 0, 115);
     EXPECT_EQ(host.session->surfaces[0].pixel(200, 200), veil);
     send(Kind::Down, {100, 100});
@@ -114,6 +127,7 @@ TEST(SelectionOverlayWindow, OpacitiesBeyondTheRangeShowAsItsEnds) {
     for (const auto& [amount, alpha] : {std::pair(-0.5, 0), {0.0, 0}, {1.0, 255}, {42.0, 255}}) {
         null::NullOverlayHost host;
         SelectionOverlayWindow window(host, {testing::twoScreens(), amount});
+        ASSERT_TRUE(window.open());
         window.makeKeyAndOrderFront();
         EXPECT_EQ(host.session->surfaces[0].pixel(5, 5), qRgba(0, 0, 0, alpha)) << amount;
         host.session->repaint(0, host.session->surfaces[0].rect());
@@ -122,7 +136,7 @@ TEST(SelectionOverlayWindow, OpacitiesBeyondTheRangeShowAsItsEnds) {
 }
 
 TEST_F(SelectionOverlayWindowTest, ADragMayRunAcrossScreens) {
-    window.makeKeyAndOrderFront();
+    show();
     send(Kind::Down, {300, 100});
     send(Kind::Dragged, {500, 200});
     testing::settle();
@@ -135,7 +149,7 @@ TEST_F(SelectionOverlayWindowTest, ADragMayRunAcrossScreens) {
 /// The server may lose a surface between an event and its painting: what it gets back is what the
 /// surface showed, so that the painting of the difference stays right.
 TEST_F(SelectionOverlayWindowTest, LostPixelsAreRestoredAsTheyWere) {
-    window.makeKeyAndOrderFront();
+    show();
     send(Kind::Down, {100, 100});
     send(Kind::Dragged, {300, 250});
     testing::settle();
@@ -153,7 +167,7 @@ TEST_F(SelectionOverlayWindowTest, LostPixelsAreRestoredAsTheyWere) {
 }
 
 TEST_F(SelectionOverlayWindowTest, NothingIsPaintedAfterItIsOrderedOut) {
-    window.makeKeyAndOrderFront();
+    show();
     send(Kind::Down, {100, 100});
     send(Kind::Dragged, {300, 250});
     window.orderOut();
@@ -166,6 +180,7 @@ TEST(SelectionOverlayWindow, MayGoWhileAPaintingIsDue) {
     null::NullOverlayHost host;
     auto window = std::make_unique<SelectionOverlayWindow>(
         host, SelectionOverlayWindow::Settings{screens, 0.2});
+    ASSERT_TRUE(window->open());
     window->makeKeyAndOrderFront();
     window->overlayPointerEvent(testing::pointerEvent(Kind::Down, screens, {10, 10}));
     window.reset();
@@ -173,23 +188,13 @@ TEST(SelectionOverlayWindow, MayGoWhileAPaintingIsDue) {
     EXPECT_EQ(host.session, nullptr);
 }
 
-TEST_F(SelectionOverlayWindowTest, OtherScreensMakeOtherSurfaces) {
-    window.makeKeyAndOrderFront();
-    send(Kind::Down, {100, 100});
-    send(Kind::Dragged, {300, 250});
-    testing::settle();
-    screens.resize(1);
-    ASSERT_TRUE(window.setScreens(screens));
-    testing::settle();
-    EXPECT_THAT(journal,
-                ::testing::ElementsAre("overlay open", "overlay close concealed", "overlay open"));
-    ASSERT_EQ(host.session->surfaces.size(), 1U);
-    EXPECT_EQ(host.session->options.dimAmount, 0.45);
-    EXPECT_EQ(host.session->surfaces[0].pixel(200, 200), qRgba(0, 0, 0, 115));
-    EXPECT_EQ(window.contentView().bounds(), (GlobalRect{{0, 0}, {400, 300}}));
-    EXPECT_FALSE(window.contentView().isDragging());
-    host.capable = false;
-    EXPECT_FALSE(window.setScreens(screens));
+TEST_F(SelectionOverlayWindowTest, OutdatedSurfacesArePassedOn) {
+    show();
+    window.overlayOutdated();
+    int heard = 0;
+    window.onOutdated = [&heard] { ++heard; };
+    window.overlayOutdated();
+    EXPECT_EQ(heard, 1);
 }
 
 TEST_F(SelectionOverlayWindowTest, RefusedInputIsPassedOn) {

@@ -103,6 +103,7 @@ private:
 class RecordingOverlayHost : public null::NullOverlayHost {
 public:
     explicit RecordingOverlayHost(Journal& journal) : m_journal(journal) {
+        onOrderFront = [&journal] { journal.emplace_back("overlay front"); };
         onClose = [&journal](bool concealed) {
             journal.emplace_back(concealed ? "overlay close concealed" : "overlay close bare");
         };
@@ -144,7 +145,9 @@ public:
                 throw std::runtime_error("no snapshots today");
             }
         }
-        co_return list;
+        // A member that is returned as it stands is moved from.
+        DisplaySnapshotList answer = list;
+        co_return answer;
     }
 
     bool hold = false;

@@ -29,6 +29,9 @@ QCoro::Task<ShareableContent> NullCapturer::shareableContent(ContentQuery query)
     throwIfSet(contentFailure);
     // A member that is returned as it stands is moved from.
     ShareableContent answer = content;
+    if (!query.listsWindows) {
+        answer.windows.clear();
+    }
     co_return answer;
 }
 
@@ -55,6 +58,13 @@ NullOverlaySession::~NullOverlaySession() {
     m_host.session = nullptr;
     if (m_host.onClose) {
         m_host.onClose(concealed);
+    }
+}
+
+void NullOverlaySession::orderFront() {
+    shown = true;
+    if (m_host.onOrderFront) {
+        m_host.onOrderFront();
     }
 }
 

@@ -11,6 +11,7 @@
 #include "platform/TrayHost.h"
 #include "platform/Workspace.h"
 #include "platform/null/NullHotKeys.h"
+#include "platform/null/NullSprites.h"
 
 #include <QUrl>
 
@@ -66,11 +67,13 @@ public:
     NullOverlaySession(NullOverlayHost& host, const OverlayOptions& options, OverlayClient& client);
     ~NullOverlaySession() override;
 
+    void orderFront() override;
     void repaint(std::size_t screenIndex, const QRegion& region) override;
     void conceal() override;
 
     OverlayOptions options;
     OverlayClient& client;
+    bool shown = false;
     bool concealed = false;
     std::vector<QImage> surfaces;
     /// The regions that were painted, the newest last.
@@ -88,6 +91,8 @@ public:
 
     /// False makes `open` fail.
     bool capable = true;
+    /// Called when a session's surfaces are put on the screen.
+    std::function<void()> onOrderFront;
     /// Called when a session goes; tells whether it was concealed.
     std::function<void(bool concealed)> onClose;
     NullOverlaySession* session = nullptr;
@@ -184,6 +189,7 @@ public:
     NullCapturer& capturer() override { return m_capturer; }
     NullOverlayHost& overlays() override { return m_overlays; }
     NullPanels& panels() override { return m_panels; }
+    NullSprites& sprites() override { return m_sprites; }
     NullHotKeys& hotKeys() override { return m_hotKeys; }
     NullKeyboardLayout& keyboardLayout() override { return m_keyboardLayout; }
     NullPasteboard& pasteboard() override { return m_pasteboard; }
@@ -196,6 +202,7 @@ private:
     NullCapturer m_capturer;
     NullOverlayHost m_overlays;
     NullPanels m_panels;
+    NullSprites m_sprites;
     NullHotKeys m_hotKeys;
     NullKeyboardLayout m_keyboardLayout;
     NullPasteboard m_pasteboard;

@@ -48,6 +48,17 @@ std::uint32_t channel(std::uint32_t pixel, std::uint32_t mask) {
     return static_cast<std::uint32_t>((value * 255 + largest / 2) / largest);
 }
 
+/// The bits of one channel of 8 bits under the mask; rounded to the nearest.
+std::uint32_t channelBits(int value, std::uint32_t mask) {
+    if (mask == 0) {
+        return 0;
+    }
+    const int shift = std::countr_zero(mask);
+    const std::uint64_t largest = mask >> shift;
+    const std::uint64_t scaled = (static_cast<std::uint64_t>(value) * largest + 127) / 255;
+    return static_cast<std::uint32_t>(scaled << shift);
+}
+
 } // namespace
 
 int PixelLayout::bytesPerLine(int width) const {
@@ -59,6 +70,11 @@ bool PixelLayout::isNativeRgb32() const {
     constexpr bool bigEndian = std::endian::native == std::endian::big;
     return bitsPerPixel == 32 && mostSignificantByteFirst == bigEndian && redMask == 0xff0000 &&
            greenMask == 0x00ff00 && blueMask == 0x0000ff;
+}
+
+std::uint32_t pixelOf(const QColor& color, const PixelLayout& layout) {
+    return channelBits(color.red(), layout.redMask) | channelBits(color.green(), layout.greenMask) |
+           channelBits(color.blue(), layout.blueMask);
 }
 
 PixelLayout rootPixelLayout(const Server& server) {

@@ -2,6 +2,7 @@
 
 #include "platform/x11/X11Connection.h"
 
+#include <QColor>
 #include <QImage>
 
 #include <cstdint>
@@ -27,6 +28,9 @@ struct PixelLayout {
 };
 
 PixelLayout rootPixelLayout(const Server& server);
+
+/// The pixel that shows the colour, its alpha left out, as near as the layout gets to it. Pure.
+std::uint32_t pixelOf(const QColor& color, const PixelLayout& layout);
 
 /// Copies pixels of any true-colour layout of 8, 16, 24 or 32 bits a pixel into an RGB32 image;
 /// each channel is widened to 8 bits so that its largest value becomes 255. Null for other layouts.

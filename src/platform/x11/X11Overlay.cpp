@@ -57,6 +57,7 @@ public:
                       xcb_cursor_t cursor, std::function<void(Surfaces)> retire);
     ~X11OverlaySession() override;
 
+    void orderFront() override;
     void repaint(std::size_t screenIndex, const QRegion& region) override;
     void conceal() override;
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -65,6 +66,12 @@ private:
     bool isOurs(xcb_window_t window) const;
     bool handleInput(const xcb_ge_generic_event_t& event);
     void handlePointer(const xcb_input_button_press_event_t& event);
+    void handleButton(const xcb_input_button_press_event_t& event, DevicePoint position);
+    void noteMotion(DevicePoint position);
+    void deliverMotion();
+    void sendPaintedMark();
+    bool handlePaintedMark(const xcb_client_message_event_t& event);
+    OverlayPointerEvent pointerEvent(OverlayPointerEvent::Kind kind, DevicePoint position) const;
     void handleKey(const xcb_input_key_press_event_t& event);
     void handleExpose(const xcb_expose_event_t& event);
     void handleCompositorChange();
@@ -76,6 +83,7 @@ private:
     Server m_server;
     ScreenList m_screens;
     OverlayClient& m_client;
+    xcb_cursor_t m_cursor;
     std::uint8_t m_inputOpcode = 0;
     int m_selectionEvent = -1;
     bool m_translucent = false;
@@ -83,6 +91,11 @@ private:
     Surfaces m_surfaces;
     OverlayKeyboard m_keyboard;
     bool m_primaryDown = false;
+    // The newest position that the client has not been told of.
+    std::optional<DevicePoint> m_motion;
+    bool m_deliveryScheduled = false;
+    // A mark is on its way to the server and back, behind what was painted for the last position.
+    bool m_isPainting = false;
     bool m_paintScheduled = false;
     QObject m_context;
     MainLoopWatchdog m_watchdog;
@@ -92,8 +105,8 @@ private:
 X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions& options,
                                      OverlayClient& client, xcb_cursor_t cursor,
                                      std::function<void(Surfaces)> retire)
-    : m_server(server), m_screens(options.screens), m_client(client), m_retire(std::move(retire)),
-      m_keyboard(server) {
+    : m_server(server), m_screens(options.screens), m_client(client), m_cursor(cursor),
+      m_retire(std::move(retire)), m_keyboard(server) {
     m_inputOpcode = xcb_get_extension_data(server.connection, &xcb_input_id)->major_opcode;
     // Every window keeps its pixels from here on, so that the screen is restored the moment the
     // surfaces go, without anybody having to paint.
@@ -105,15 +118,19 @@ X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions&
             std::make_unique<X11OverlaySurface>(server, screen, options, m_translucent, cursor));
         selectInput(m_surfaces.back()->window());
     }
-    // All of them at the end, so that no picture of the desktop has another surface in it.
+    QCoreApplication::instance()->installNativeEventFilter(this);
+    xcb_flush(server.connection);
+}
+
+void X11OverlaySession::orderFront() {
     for (const auto& surface : m_surfaces) {
         surface->show();
     }
-    QCoreApplication::instance()->installNativeEventFilter(this);
-    m_grab = std::make_unique<X11InputGrab>(
-        server, cursor, [this](const QString& reason) { m_client.overlayInputRefused(reason); });
+    m_grab = std::make_unique<X11InputGrab>(m_server, m_cursor, [this](const QString& reason) {
+        m_client.overlayInputRefused(reason);
+    });
     watchCompositor();
-    xcb_flush(server.connection);
+    xcb_flush(m_server.connection);
 }
 
 X11OverlaySession::~X11OverlaySession() {
@@ -156,6 +173,9 @@ bool X11OverlaySession::nativeEventFilter(const QByteArray& eventType, void* mes
     if (type == m_selectionEvent) {
         handleCompositorChange();
         return false; // Qt listens too.
+    }
+    if (type == XCB_CLIENT_MESSAGE) {
+        return handlePaintedMark(*reinterpret_cast<const xcb_client_message_event_t*>(event));
     }
     if (type == XCB_EXPOSE) {
         const auto& expose = *reinterpret_cast<const xcb_expose_event_t*>(event);
@@ -207,26 +227,83 @@ void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& even
     }
     // Positions come as 16.16 fixed point; the whole part is the pixel.
     const DevicePoint position = {event.root_x >> 16, event.root_y >> 16};
-    OverlayPointerEvent pointer;
-    pointer.place = ScreenMapping::pointerPlace(m_screens, position);
     if (event.event_type == XCB_INPUT_MOTION) {
-        pointer.kind =
-            m_primaryDown ? OverlayPointerEvent::Kind::Dragged : OverlayPointerEvent::Kind::Moved;
+        noteMotion(position);
     } else if (event.detail == primaryButton) {
-        const bool released = m_primaryDown && event.event_type == XCB_INPUT_BUTTON_RELEASE;
-        if (released) {
-            // Motion right before the release may never have been delivered: Qt drops motion that
-            // newer motion follows in the queue. Where the button went up is what counts.
-            pointer.kind = OverlayPointerEvent::Kind::Dragged;
-            m_client.overlayPointerEvent(pointer);
-        }
-        m_primaryDown = event.event_type == XCB_INPUT_BUTTON_PRESS;
-        pointer.kind =
-            m_primaryDown ? OverlayPointerEvent::Kind::Down : OverlayPointerEvent::Kind::Up;
-    } else {
+        handleButton(event, position);
+    }
+}
+
+void X11OverlaySession::handleButton(const xcb_input_button_press_event_t& event,
+                                     DevicePoint position) {
+    using Kind = OverlayPointerEvent::Kind;
+    // Where the button went down or up is what counts; motion before it is over.
+    m_motion.reset();
+    if (m_primaryDown && event.event_type == XCB_INPUT_BUTTON_RELEASE) {
+        m_client.overlayPointerEvent(pointerEvent(Kind::Dragged, position));
+    }
+    m_primaryDown = event.event_type == XCB_INPUT_BUTTON_PRESS;
+    m_client.overlayPointerEvent(pointerEvent(m_primaryDown ? Kind::Down : Kind::Up, position));
+}
+
+void X11OverlaySession::noteMotion(DevicePoint position) {
+    m_motion = position;
+    if (!m_isPainting && !std::exchange(m_deliveryScheduled, true)) {
+        // After the events that are here already, so that of a burst only the last one counts.
+        QMetaObject::invokeMethod(
+            &m_context, [this] { deliverMotion(); }, Qt::QueuedConnection);
+    }
+}
+
+void X11OverlaySession::deliverMotion() {
+    m_deliveryScheduled = false;
+    const auto position = std::exchange(m_motion, std::nullopt);
+    if (!position) {
         return;
     }
-    m_client.overlayPointerEvent(pointer);
+    // Behind whatever the client schedules to be painted for this position.
+    m_isPainting = true;
+    const QPointer<QObject> self(&m_context);
+    m_client.overlayPointerEvent(pointerEvent(m_primaryDown ? OverlayPointerEvent::Kind::Dragged
+                                                            : OverlayPointerEvent::Kind::Moved,
+                                              *position));
+    if (self) {
+        QMetaObject::invokeMethod(
+            &m_context, [this] { sendPaintedMark(); }, Qt::QueuedConnection);
+    }
+}
+
+/// Sends a message to ourselves. The server passes it on when it has done everything asked for
+/// before, so that its coming back tells that a display that is slower than the pointer has caught
+/// up.
+void X11OverlaySession::sendPaintedMark() {
+    if (!m_grab) {
+        return;
+    }
+    xcb_client_message_event_t mark = {};
+    mark.response_type = XCB_CLIENT_MESSAGE;
+    mark.format = 32;
+    mark.window = m_grab->window();
+    mark.type = atom(m_server, "_SNAPVANE_PAINTED");
+    xcb_send_event(m_server.connection, 0, mark.window, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char*>(&mark));
+    xcb_flush(m_server.connection);
+}
+
+bool X11OverlaySession::handlePaintedMark(const xcb_client_message_event_t& event) {
+    if (!m_grab || event.window != m_grab->window()) {
+        return false;
+    }
+    m_isPainting = false;
+    if (m_motion) {
+        noteMotion(*m_motion);
+    }
+    return true;
+}
+
+OverlayPointerEvent X11OverlaySession::pointerEvent(OverlayPointerEvent::Kind kind,
+                                                    DevicePoint position) const {
+    return {kind, ScreenMapping::pointerPlace(m_screens, position)};
 }
 
 void X11OverlaySession::handleKey(const xcb_input_key_press_event_t& event) {

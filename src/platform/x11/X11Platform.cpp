@@ -7,6 +7,7 @@
 #include "platform/x11/X11Overlay.h"
 #include "platform/x11/X11Panels.h"
 #include "platform/x11/X11Screens.h"
+#include "platform/x11/X11Sprites.h"
 #include "platform/x11/X11TrayManager.h"
 #include "platform/xdg/QtPasteboard.h"
 #include "platform/xdg/XdgLoginItem.h"
@@ -23,6 +24,7 @@ public:
     ScreenCapturer& capturer() override { return m_capturer; }
     OverlayHost& overlays() override { return m_overlays; }
     Panels& panels() override { return m_panels; }
+    Sprites& sprites() override { return m_sprites; }
     HotKeys& hotKeys() override { return m_hotKeys; }
     KeyboardLayout& keyboardLayout() override { return m_keyboardLayout; }
     Pasteboard& pasteboard() override { return m_pasteboard; }
@@ -35,6 +37,7 @@ private:
     X11Capturer m_capturer{m_screens};
     X11OverlayHost m_overlays{m_screens, m_capturer.grabber()};
     X11Panels m_panels{m_screens};
+    X11Sprites m_sprites;
     X11Keyboard m_keyboard;
     X11KeyboardLayout m_keyboardLayout{m_keyboard};
     X11HotKeys m_hotKeys{m_keyboard};
