@@ -1,7 +1,9 @@
 // The whole program on a virtual desktop of 3840 × 2160 without a compositor: how long a user
-// waits, and what the program costs while it is used and while it is not. Prints medians.
+// waits, and what the program costs while it is used and while it is not, with the loupe and the
+// guide lines on. Prints medians.
 
 #include "AgentProcess.h"
+#include "DamageWatch.h"
 #include "Injector.h"
 #include "ProcessFigures.h"
 #include "ServerKeys.h"
@@ -25,7 +27,7 @@ using testing::Injector;
 using testing::VirtualDesktop;
 
 constexpr int rounds = 15;
-constexpr int dragMoves = 200;
+constexpr int pointerMoves = 200;
 
 void print(const char* name, double value, const char* unit) {
     std::printf("%-44s %9.2f %s\n", name, value, unit);
@@ -73,28 +75,69 @@ double releaseToFile(AgentProcess& agent, Injector& injector, const QRect& area)
     return milliseconds(timer);
 }
 
-/// The program's own CPU time for each move of a drag.
-double cpuPerMove(AgentProcess& agent, Injector& injector) {
+/// What each move of the pointer costs during a selection.
+struct MoveCost {
+    /// Of the program and of the display server, injection included; milliseconds of CPU time.
+    double own = 0;
+    double server = 0;
+    /// Painted into the overlay itself, the most at once and in the middle; pixels.
+    double largestRectangle = 0;
+    double pixels = 0;
+};
+
+MoveCost costPerMove(const VirtualDesktop& desktop, AgentProcess& agent, Injector& injector,
+                     bool dragging) {
     agent.activateAction(u"capture-area"_s);
     agent.waitForOverlay();
     injector.moveTo({400, 400});
-    injector.press();
-    const double before = cpuMilliseconds(agent.id());
-    for (int i = 0; i < dragMoves; ++i) {
+    if (dragging) {
+        injector.press();
+    }
+    std::vector<xcb_window_t> overlays;
+    for (const auto& window :
+         testing::X11Probe(desktop.connection()).windowsNamed(u"Snapvane Selection"_s)) {
+        overlays.push_back(window.id);
+    }
+    injector.moveTo({600, 500});
+    testing::pause(std::chrono::milliseconds(100));
+    testing::DamageWatch watch(desktop.display(), overlays);
+    const double ownBefore = cpuMilliseconds(agent.id());
+    const double serverBefore = cpuMilliseconds(desktop.serverId());
+    for (int i = 0; i < pointerMoves; ++i) {
         injector.moveTo({600 + 10 * i, 500 + 5 * i});
         testing::pause(std::chrono::milliseconds(4));
     }
-    const double used = cpuMilliseconds(agent.id()) - before;
-    injector.moveTo({400, 400});
-    injector.release();
+    testing::pause(std::chrono::milliseconds(100));
+    MoveCost cost;
+    cost.own = (cpuMilliseconds(agent.id()) - ownBefore) / pointerMoves;
+    cost.server = (cpuMilliseconds(desktop.serverId()) - serverBefore) / pointerMoves;
+    const auto painted = watch.news();
+    cost.largestRectangle = static_cast<double>(painted.largestRectangle);
+    cost.pixels = static_cast<double>(painted.pixels) / pointerMoves;
+    if (dragging) {
+        injector.moveTo({400, 400});
+        injector.release();
+    } else {
+        injector.click({10, 10});
+    }
     agent.waitForOverlayGone();
-    return used / dragMoves;
+    return cost;
+}
+
+void print(const char* what, const MoveCost& cost) {
+    std::printf("%s\n", what);
+    print("  own CPU", cost.own, "ms");
+    print("  display server's CPU", cost.server, "ms");
+    print("  painted into the overlay", cost.pixels, "pixels");
+    print("  largest rectangle of it", cost.largestRectangle, "pixels");
 }
 
 void measure() {
     testing::DesktopOptions options;
     options.screenSize = {3840, 2160};
     const VirtualDesktop desktop(options);
+    desktop.folders().write(u"config/Snapvane/Snapvane.conf"_s,
+                            "[General]\nshowCrosshairLinesWhileCapturing=true\n");
     AgentProcess agent(desktop);
     Injector injector(desktop.connection());
     testing::pause(std::chrono::seconds(2));
@@ -123,7 +166,8 @@ void measure() {
     print("bus call to overlay with input", median(overlay), "ms");
     print("release to file, 1920 x 1080, noise", median(fullHd), "ms");
     print("release to file, 3840 x 2160, noise", median(ultraHd), "ms");
-    print("own CPU per drag move", cpuPerMove(agent, injector), "ms");
+    print("each pointer move, loupe and lines on", costPerMove(desktop, agent, injector, false));
+    print("each drag move, loupe and lines on", costPerMove(desktop, agent, injector, true));
 }
 
 } // namespace

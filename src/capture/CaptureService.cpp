@@ -45,9 +45,8 @@ QCoro::Task<CaptureResult> captureRegion(GlobalRect globalRect, Facilities facil
     if (isTooSmall(globalRect)) {
         throw CaptureServiceError::emptySelection();
     }
-    auto query = facilities.capturer->shareableContent(
-        ContentQuery{
-            .excludeDesktopWindows = false, .onScreenWindowsOnly = true, .listsWindows = false});
+    auto query = facilities.capturer->shareableContent(ContentQuery{
+        .excludeDesktopWindows = false, .onScreenWindowsOnly = true, .listsWindows = false});
     const ShareableContent content = co_await query;
     if (content.displays.empty()) {
         throw CaptureServiceError::noDisplays();

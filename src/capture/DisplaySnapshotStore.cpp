@@ -53,8 +53,7 @@ QCoro::Task<DisplaySnapshotList> captureAllDisplays(Facilities facilities) {
         }
         const StreamConfiguration configuration =
             CaptureService::configuration(display->frame, *display, screen.backingScale);
-        auto shot =
-            facilities.capturer->screenshot(ContentFilter{display->id, own}, configuration);
+        auto shot = facilities.capturer->screenshot(ContentFilter{display->id, own}, configuration);
         QImage screenshot = co_await shot;
         auto copying = runInBackground(
             [picture = std::move(screenshot)]() mutable { return copyAndRelease(picture); });
