@@ -31,7 +31,7 @@ Cells around(const DisplaySnapshot& snapshot, GlobalPoint local) {
     for (int row = 0; row < side; ++row) {
         const auto y = std::clamp<std::int64_t>(top + row, 0, std::max(0, image.height() - 1));
         for (int column = cells.firstColumn; column < cells.endColumn; ++column) {
-            cells.colors[static_cast<std::size_t>(row * side + column)] = qPremultiply(
+            cells.at(column, row) = qPremultiply(
                 readPixel(image, static_cast<int>(left + column), static_cast<int>(y)));
         }
     }
