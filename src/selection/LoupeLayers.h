@@ -11,8 +11,8 @@ namespace snapvane {
 
 /// Where things are in the loupe's picture; pixels from its upper-left corner.
 struct LoupeGeometry {
-    /// `viewSize` is in points; `scale` is in pixels a point.
-    LoupeGeometry(GlobalSize viewSize, double scale);
+    /// `viewSize` is in points.
+    LoupeGeometry(GlobalSize viewSize, double pixelsPerPoint);
 
     /// The edge before a column of cells, from the left, or before a row, from the top: pixels from
     /// the corner of the circle's square; edge(15) is its far side.
@@ -20,6 +20,7 @@ struct LoupeGeometry {
     /// A cell, in pixels of the circle's square.
     PixelRect cell(int column, int row) const;
 
+    /// Pixels per point.
     double scale;
     PixelSize view;
     /// The square around the circle.

@@ -78,7 +78,7 @@ public:
 private:
     void makeWindow(Pixels pixels) {
         dropWindow();
-        m_window.emplace(m_server, m_options, pixels, 0);
+        m_window = std::make_unique<X11SpriteWindow>(m_server, m_options, pixels, 0U);
         m_gc = xcb_generate_id(m_server.connection);
         xcb_create_gc(m_server.connection, m_gc, m_window->id(), 0, nullptr);
     }
@@ -119,7 +119,7 @@ private:
     PixelLayout m_layout;
     SpriteOptions m_options;
     bool m_translucent = false;
-    std::optional<X11SpriteWindow> m_window;
+    std::unique_ptr<X11SpriteWindow> m_window;
     xcb_gcontext_t m_gc = XCB_NONE;
 };
 
