@@ -66,7 +66,7 @@ void SelectionMagnifierView::drawCircle(const Stage& stage) {
     const LoupeGeometry& geometry = stage.geometry;
     const LoupePixels::Cells cells =
         snapshot ? LoupePixels::around(*snapshot, localPoint) : LoupePixels::Cells();
-    fillCells(geometry, cells);
+    fillCells(stage, cells);
 
     const QPoint corner(geometry.circle.x, geometry.circle.y);
     QPainter painter(&m_picture.image);
@@ -91,9 +91,9 @@ void SelectionMagnifierView::drawCircle(const Stage& stage) {
 
 /// Fills the circle's square, a row of pixels at a time: the first one of a row of cells is written
 /// and then repeated.
-void SelectionMagnifierView::fillCells(const LoupeGeometry& geometry,
-                                       const LoupePixels::Cells& cells) {
-    const int alpha = m_stage->look.isTranslucent ? circleAlpha : 255;
+void SelectionMagnifierView::fillCells(const Stage& stage, const LoupePixels::Cells& cells) {
+    const int alpha = stage.look.isTranslucent ? circleAlpha : 255;
+    const LoupeGeometry& geometry = stage.geometry;
     const PixelRect& circle = geometry.circle;
     QImage& image = m_picture.image;
     for (int row = 0; row < LoupePixels::side; ++row) {

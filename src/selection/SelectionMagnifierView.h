@@ -43,7 +43,7 @@ private:
 
     const Stage& stageFor(double scale, bool isTranslucent);
     void drawCircle(const Stage& stage);
-    void fillCells(const LoupeGeometry& geometry, const LoupePixels::Cells& cells);
+    void fillCells(const Stage& stage, const LoupePixels::Cells& cells);
 
     MagnifierLabel m_label;
     std::optional<Stage> m_stage;
