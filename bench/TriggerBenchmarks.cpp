@@ -1,5 +1,6 @@
 // Where the time from the trigger to the painted overlay goes: every step by itself, in one process
-// on a virtual desktop of 3840 × 2160 without a compositor, the loupe on. Prints medians.
+// on a virtual desktop of 3840 × 2160, the loupe on. Prints medians. Without a compositor, or with
+// one when called with the word "picom".
 
 #include "ProcessFigures.h"
 #include "VirtualDesktop.h"
@@ -105,6 +106,9 @@ int main(int argc, char* argv[]) {
     try {
         snapvane::testing::DesktopOptions options;
         options.screenSize = {3840, 2160};
+        if (argc > 1 && std::string_view(argv[1]) == "picom") {
+            options.compositor = snapvane::testing::Compositor::Picom;
+        }
         const snapvane::testing::VirtualDesktop desktop(options);
         const QProcessEnvironment environment = desktop.environment();
         for (const QString& name : environment.keys()) {
