@@ -35,7 +35,8 @@ struct SpritePicture {
 
 /// A small surface that follows the pointer: of native pixels, borderless, on every workspace,
 /// never taking a click or the focus. Destroying or hiding it leaves nothing on the glass, also
-/// where a compositor fades windows out. Main thread; nothing here waits for the display.
+/// where a compositor fades windows out. Main thread; showing and hiding do not wait for the
+/// display.
 class Sprite {
 public:
     virtual ~Sprite() = default;
@@ -47,18 +48,18 @@ public:
 /// Shows a rectangle of one colour.
 class SolidSprite : public Sprite {
 public:
-    /// Shows it there, in front of its level; native pixels of the screen.
+    /// Shows it there, in its level; native pixels of the screen.
     virtual void showAt(const Screen& screen, const PixelRect& area) = 0;
 };
 
 /// Shows a picture.
 class ImageSprite : public Sprite {
 public:
-    /// Whether transparency will be seen from the next showing on. Settled for as long as the
-    /// sprite is visible.
+    /// Whether transparency will be seen. Asks the display while the sprite is hidden, and is
+    /// settled while it is visible: to be asked before every showing.
     virtual bool isTranslucent() = 0;
-    /// Shows the picture with its upper-left pixel there, in front of its level; native pixels of
-    /// the screen. The picture's memory is free again when this returns.
+    /// Shows the picture with its upper-left pixel there, in its level; native pixels of the
+    /// screen. The picture's memory is free again when this returns.
     virtual void showAt(const Screen& screen, PixelPoint topLeft, const SpritePicture& picture) = 0;
 };
 

@@ -21,7 +21,7 @@ public:
     GlobalPoint crosshairPoint() const { return m_crosshairPoint; }
     void setCrosshairPoint(GlobalPoint point) { m_crosshairPoint = point; }
 
-    /// Shows the lines at their place, above all windows.
+    /// Shows the lines at their place, above all other programs' windows.
     void orderFrontRegardless();
     void orderOut();
     bool isVisible() const { return m_vertical->isVisible(); }

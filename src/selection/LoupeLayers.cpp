@@ -134,16 +134,12 @@ QImage drawMask(const LoupeGeometry& geometry) {
     return image;
 }
 
-QImage drawRing(const LoupeGeometry& geometry, bool isTranslucent) {
+QImage drawRing(const LoupeGeometry& geometry) {
     QImage image = blank(geometry.view);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    // Where the window ends at the ring, the ring goes on a little beyond it, so that its hard edge
-    // is all white.
-    const double beyond = isTranslucent ? 0 : 1;
-    const double inset = (ringInset - beyond / 2) * geometry.scale;
-    painter.setPen(
-        QPen(QColor::fromRgbF(1, 1, 1, ringOpacity), (ringWidth + beyond) * geometry.scale));
+    const double inset = ringInset * geometry.scale;
+    painter.setPen(QPen(QColor::fromRgbF(1, 1, 1, ringOpacity), ringWidth * geometry.scale));
     painter.drawEllipse(QRectF(geometry.circle.toQRect()).adjusted(inset, inset, -inset, -inset));
     return image;
 }
@@ -156,18 +152,21 @@ QImage drawShadow(const LoupeGeometry& geometry, const QImage& mask) {
     const double reachInPixels = shadowReach * geometry.scale;
     for (int y = 0; y < image.height(); ++y) {
         auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
+        const double dy = y + 0.5 - center.y();
         for (int x = 0; x < image.width(); ++x) {
-            const double distance = std::hypot(x + 0.5 - center.x(), y + 0.5 - center.y());
+            const double dx = x + 0.5 - center.x();
+            const double distance = std::sqrt(dx * dx + dy * dy);
             const double fading =
                 std::clamp((radius + reachInPixels - distance) / reachInPixels, 0.0, 1.0);
-            const bool inSquare = circle.toQRect().contains(x, y);
-            const double outside =
-                inSquare ? 1 - qAlpha(mask.pixel(x - circle.x, y - circle.y)) / 255.0 : 1;
-            row[x] = qRgba(
-                0, 0, 0,
-                static_cast<int>(std::lround(255 * shadowOpacity * fading * fading * outside)));
+            row[x] = qRgba(0, 0, 0,
+                           static_cast<int>(std::lround(255 * shadowOpacity * fading * fading)));
         }
     }
+    // Nothing of it under the circle, which is see-through where it is black.
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.drawImage(circle.x, circle.y, mask);
+    painter.end();
     return image;
 }
 
@@ -192,11 +191,11 @@ PixelRect LoupeGeometry::cell(int column, int row) const {
 }
 
 LoupeLayers::LoupeLayers(const LoupeGeometry& geometry, const LoupeLook& look)
-    : grid(drawGrid(geometry)), marks(drawMarks(geometry, look)),
-      ring(drawRing(geometry, look.isTranslucent)) {
-    if (look.isTranslucent) {
-        mask = drawMask(geometry);
-        shadow = drawShadow(geometry, mask);
+    : grid(drawGrid(geometry)), marks(drawMarks(geometry, look)), mask(drawMask(geometry)),
+      ring(drawRing(geometry)),
+      shadow(look.isTranslucent ? drawShadow(geometry, mask) : blank(geometry.view)) {
+    if (!look.isTranslucent) {
+        shadow.fill(Qt::black);
     }
 }
 

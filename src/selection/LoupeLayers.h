@@ -30,7 +30,7 @@ struct LoupeGeometry {
 /// How the loupe is to look.
 struct LoupeLook {
     double scale = 1;
-    /// Without transparency the edges are hard, and there is no shadow.
+    /// Without transparency there is no shadow.
     bool isTranslucent = true;
     QColor frameColor;
     QColor reticleColor;
@@ -46,11 +46,11 @@ struct LoupeLayers {
     QImage grid;
     /// The frame of the middle cell and the cross over it.
     QImage marks;
-    /// What is inside the circle. Empty without transparency.
+    /// What is inside the circle.
     QImage mask;
     /// The circle's border; of the size of the view.
     QImage ring;
-    /// What falls around the circle; of the size of the view. Empty without transparency.
+    /// What falls around the circle, of the size of the view; without transparency all black.
     QImage shadow;
 };
 

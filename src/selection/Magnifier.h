@@ -9,7 +9,7 @@ class Magnifier {
 public:
     virtual ~Magnifier() = default;
 
-    /// Takes the session's snapshots over and shows the loupe.
+    /// Takes the session's snapshots over; the loupe is seen from the next `update` on.
     virtual void prepare(const DisplaySnapshotList& snapshots) = 0;
     /// Moves the loupe to a place; the size is zero while nothing is dragged.
     virtual void update(GlobalPoint globalPoint, GlobalSize selectionSize) = 0;

@@ -39,6 +39,10 @@ void ScreenCenterOverlayManager::hideOverlays() {
     for (const auto& overlay : m_overlays) {
         overlay->orderOut();
     }
+    if (!captureSessionActive()) {
+        // The next session makes new ones; nothing of them is to be left meanwhile.
+        m_overlays.clear();
+    }
 }
 
 void ScreenCenterOverlayManager::updateCursor(GlobalPoint globalPoint) {
@@ -60,13 +64,21 @@ void ScreenCenterOverlayManager::updateCursor(GlobalPoint globalPoint) {
 
 void ScreenCenterOverlayManager::screenParametersChanged() {
     if (isWanted()) {
-        rebuildOverlays();
+        if (!isBuiltFor(m_screens.list())) {
+            rebuildOverlays();
+        }
         updateCursor(m_screens.pointerLocation());
     }
 }
 
 bool ScreenCenterOverlayManager::isWanted() const {
     return captureSessionActive() && m_preferences.showCrosshairLinesWhileCapturing();
+}
+
+bool ScreenCenterOverlayManager::isBuiltFor(const ScreenList& screens) const {
+    return std::equal(
+        m_overlays.begin(), m_overlays.end(), screens.begin(), screens.end(),
+        [](const auto& overlay, const Screen& screen) { return overlay->screen() == screen; });
 }
 
 CaptureCrosshairView* ScreenCenterOverlayManager::overlayOn(GlobalPoint point) const {

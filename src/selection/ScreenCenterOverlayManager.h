@@ -12,8 +12,8 @@ class AppPreferences;
 
 /// Shows the guide lines on the screen under the pointer, for as long as a selection session is
 /// active and the user wants them. Fed by the overlay controller and by the status menu. Owns the
-/// lines of every screen; they are made anew when the screens change and whenever a session starts.
-/// Main thread.
+/// lines of every screen; they are made anew when the screens change and whenever a session starts,
+/// and go when it ends. Main thread.
 class ScreenCenterOverlayManager : public GuideLines {
 public:
     /// Above the selection overlay, below the loupe.
@@ -31,13 +31,15 @@ public:
     void updateCursor(GlobalPoint globalPoint) override;
     void screenParametersChanged() override;
 
-    /// One a screen, in the platform's order, as of the last rebuilding.
+    /// One a screen, in the platform's order, as of the last rebuilding; none between sessions.
     const std::vector<std::unique_ptr<CaptureCrosshairView>>& overlays() const {
         return m_overlays;
     }
 
 private:
     bool isWanted() const;
+    /// False when the lines were made for other screens than these.
+    bool isBuiltFor(const ScreenList& screens) const;
     CaptureCrosshairView* overlayOn(GlobalPoint point) const;
 
     AppPreferences& m_preferences;

@@ -4,6 +4,8 @@
 #include "platform/ScreenMapping.h"
 #include "selection/AppPreferences.h"
 
+#include <algorithm>
+
 namespace snapvane {
 
 namespace {

@@ -6,7 +6,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 namespace snapvane {
@@ -14,9 +13,12 @@ namespace snapvane {
 namespace {
 
 constexpr int circleAlpha = 217; // 85 % of 255
+// More scales than that are hardly ever side by side.
+constexpr std::size_t mostStages = 3;
 constexpr float labelOpacity = 0.72F;
-// How far the border reaches beyond the circle; points.
-constexpr double ringOverhang = 0.5;
+// How far the shape reaches beyond the circle: to the end of the white border and a dark rim around
+// it, which stands for the shadow where there can be none. Points.
+constexpr double rimOverhang = 1.5;
 
 /// A premultiplied colour over the black of the circle, which has `alpha`.
 QRgb overBlack(QRgb color, int alpha) {
@@ -27,20 +29,20 @@ QRgb overBlack(QRgb color, int alpha) {
 } // namespace
 
 const SpritePicture& SelectionMagnifierView::draw(double scale, bool isTranslucent) {
-    const Stage& stage = stageFor(scale, isTranslucent);
+    const Stage& stage = stageFor({scale, isTranslucent, m_frameColor, m_reticleColor});
     QImage& image = m_picture.image;
     const QSize pixels(stage.geometry.view.width, stage.geometry.view.height);
     if (image.size() != pixels) {
         image = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
     }
-    image.fill(isTranslucent ? Qt::transparent : Qt::black);
+    image.fill(Qt::transparent);
     drawCircle(stage);
 
     QPainter painter(&image);
     const RoundedArea label =
         m_label.draw(painter, MagnifierLabel::text(globalPoint, selectionSize), stage.geometry.view,
                      scale, isTranslucent ? labelOpacity : 1.0F);
-    const int overhang = roundedPixel(ringOverhang * scale);
+    const int overhang = roundedPixel(rimOverhang * scale);
     const QRect circle =
         stage.geometry.circle.toQRect().adjusted(-overhang, -overhang, overhang, overhang);
     m_picture.shape = {{PixelRect::fromQRect(circle), circle.width() / 2.0}, label};
@@ -49,17 +51,22 @@ const SpritePicture& SelectionMagnifierView::draw(double scale, bool isTransluce
 
 void SelectionMagnifierView::reloadStyle() {
     m_label = MagnifierLabel();
-    m_stage.reset();
+    m_frameColor = SystemColors::yellow();
+    m_reticleColor = SystemColors::red();
 }
 
-const SelectionMagnifierView::Stage& SelectionMagnifierView::stageFor(double scale,
-                                                                      bool isTranslucent) {
-    if (!m_stage || m_stage->look.scale != scale || m_stage->look.isTranslucent != isTranslucent) {
-        const LoupeLook look = {scale, isTranslucent, SystemColors::yellow(), SystemColors::red()};
-        const LoupeGeometry geometry(size, scale);
-        m_stage.emplace(Stage{look, geometry, LoupeLayers(geometry, look)});
+const SelectionMagnifierView::Stage& SelectionMagnifierView::stageFor(const LoupeLook& look) {
+    const auto found = std::find_if(m_stages.begin(), m_stages.end(),
+                                    [&look](const Stage& stage) { return stage.look == look; });
+    if (found != m_stages.end()) {
+        return *found;
     }
-    return *m_stage;
+    if (m_stages.size() == mostStages) {
+        m_stages.erase(m_stages.begin());
+    }
+    const LoupeGeometry geometry(size, look.scale);
+    m_stages.push_back({look, geometry, LoupeLayers(geometry, look)});
+    return m_stages.back();
 }
 
 void SelectionMagnifierView::drawCircle(const Stage& stage) {
@@ -77,16 +84,12 @@ void SelectionMagnifierView::drawCircle(const Stage& stage) {
         painter.drawImage(corner + shown.topLeft(), stage.layers.grid, shown);
         painter.drawImage(corner, stage.layers.marks);
     }
-    if (stage.look.isTranslucent) {
-        painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-        painter.drawImage(corner, stage.layers.mask);
-        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    }
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(corner, stage.layers.mask);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.drawImage(0, 0, stage.layers.ring);
-    if (stage.look.isTranslucent) {
-        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
-        painter.drawImage(0, 0, stage.layers.shadow);
-    }
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+    painter.drawImage(0, 0, stage.layers.shadow);
 }
 
 /// Fills the circle's square, a row of pixels at a time: the first one of a row of cells is written

@@ -30,6 +30,8 @@ public:
     /// next call, unless somebody has a copy.
     const SpritePicture& draw(double scale, bool isTranslucent);
 
+    SelectionMagnifierView() { reloadStyle(); }
+
     /// Has fonts and colours looked up anew.
     void reloadStyle();
 
@@ -41,12 +43,15 @@ private:
         LoupeLayers layers;
     };
 
-    const Stage& stageFor(double scale, bool isTranslucent);
+    const Stage& stageFor(const LoupeLook& look);
     void drawCircle(const Stage& stage);
     void fillCells(const Stage& stage, const LoupePixels::Cells& cells);
 
     MagnifierLabel m_label;
-    std::optional<Stage> m_stage;
+    QColor m_frameColor;
+    QColor m_reticleColor;
+    // One a scale, since the pointer may cross from screen to screen.
+    std::vector<Stage> m_stages;
     SpritePicture m_picture;
 };
 

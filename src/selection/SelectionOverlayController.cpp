@@ -6,6 +6,8 @@
 #include "platform/Screens.h"
 #include "selection/AppPreferences.h"
 
+#include <algorithm>
+
 namespace snapvane {
 
 namespace {
@@ -15,11 +17,19 @@ const Log& selectionLog() {
     return log;
 }
 
+/// True when nothing differs but the room that docks leave, which does not concern a selection.
+bool isSameLayout(const ScreenList& a, const ScreenList& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Screen& x, const Screen& y) {
+        return x.id == y.id && x.nativeFrame == y.nativeFrame && x.backingScale == y.backingScale &&
+               x.frame == y.frame;
+    });
+}
+
 } // namespace
 
 SelectionOverlayController::SelectionOverlayController(const Collaborators& collaborators)
     : m_with(collaborators) {
-    connect(&m_with.screens, &Screens::changed, this, &SelectionOverlayController::restart);
+    connect(&m_with.screens, &Screens::changed, this, &SelectionOverlayController::screensChanged);
 }
 
 SelectionOverlayController::~SelectionOverlayController() = default;
@@ -29,6 +39,7 @@ void SelectionOverlayController::present(Completion completion, CaptureTrigger t
     m_completion = std::move(completion);
     m_trigger = trigger;
     m_sessionRunning = true;
+    m_screens = m_with.screens.list();
     advanceGeneration();
     startDetached(presentWhenReady(m_presentGeneration, trigger));
 }
@@ -150,10 +161,13 @@ void SelectionOverlayController::advanceGeneration() {
     }
 }
 
-void SelectionOverlayController::restart() {
-    if (!m_sessionRunning) {
-        return;
+void SelectionOverlayController::screensChanged() {
+    if (m_sessionRunning && !isSameLayout(m_screens, m_with.screens.list())) {
+        restart();
     }
+}
+
+void SelectionOverlayController::restart() {
     selectionLog().notice(QStringLiteral("The desktop changed during a selection."));
     present(takeCompletion(), m_trigger);
 }

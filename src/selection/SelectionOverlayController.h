@@ -73,12 +73,15 @@ private:
     /// Begins the session that is going on anew, with pictures and surfaces that fit the desktop as
     /// it is now. A drag is dropped: its coordinates may mean other places.
     void restart();
+    void screensChanged();
 
     Collaborators m_with;
     std::unique_ptr<SelectionOverlayWindow> m_overlayWindow;
     Completion m_completion;
     CaptureTrigger m_trigger = CaptureTrigger::Shortcut;
     bool m_sessionRunning = false;
+    // Those that the session began with.
+    ScreenList m_screens;
     DisplaySnapshotList m_displaySnapshots;
     std::int64_t m_presentGeneration = 0;
 };

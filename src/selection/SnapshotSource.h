@@ -31,12 +31,4 @@ private:
     DisplaySnapshotStore::Facilities m_facilities;
 };
 
-/// Takes none, for as long as there is no loupe to show them.
-class NoSnapshots : public SnapshotSource {
-public:
-    QCoro::Task<DisplaySnapshotList> captureAllDisplays() override {
-        co_return DisplaySnapshotList();
-    }
-};
-
 } // namespace snapvane

@@ -72,6 +72,7 @@ TEST_F(SelectionOverlayControllerTest, OtherScreensNeedOtherPictures) {
     preferences.setShowCrosshairLinesWhileCapturing(true);
     present();
     (void)news();
+    screens.screens.resize(1);
     Q_EMIT screens.changed();
     EXPECT_THAT(news(), ElementsAre("lines hide", "loupe dismiss", "overlay close concealed",
                                     "snapshots", "loupe prepare 1", "overlay open",
@@ -79,6 +80,16 @@ TEST_F(SelectionOverlayControllerTest, OtherScreensNeedOtherPictures) {
                                     "lines cursor (active)", "overlay front", "loupe update"));
     pressEscape();
     EXPECT_THAT(results, ElementsAre(std::nullopt)) << "still the same capture";
+}
+
+/// A panel that comes or hides is no reason to drop a drag.
+TEST_F(SelectionOverlayControllerTest, OtherRoomForDocksIsNoOtherLayout) {
+    present();
+    (void)news();
+    screens.screens[0].visibleFrame = {{0, 40}, {400, 260}};
+    Q_EMIT screens.changed();
+    EXPECT_THAT(news(), IsEmpty());
+    EXPECT_TRUE(isShowing());
 }
 
 TEST_F(SelectionOverlayControllerTest, OutdatedSurfacesAreMadeAnew) {
@@ -115,6 +126,7 @@ TEST_F(SelectionOverlayControllerTest, OtherScreensWhileSnapshotsAreTakenAreTheO
 TEST_F(SelectionOverlayControllerTest, OtherScreensThatCannotBeCoveredCancel) {
     present();
     host.capable = false;
+    screens.screens.resize(1);
     Q_EMIT screens.changed();
     EXPECT_THAT(results, ElementsAre(std::nullopt));
     EXPECT_EQ(controller->overlayWindow(), nullptr);

@@ -237,13 +237,19 @@ void X11OverlaySession::handlePointer(const xcb_input_button_press_event_t& even
 void X11OverlaySession::handleButton(const xcb_input_button_press_event_t& event,
                                      DevicePoint position) {
     using Kind = OverlayPointerEvent::Kind;
-    // Where the button went down or up is what counts; motion before it is over.
-    m_motion.reset();
-    if (m_primaryDown && event.event_type == XCB_INPUT_BUTTON_RELEASE) {
+    const bool pressed = event.event_type == XCB_INPUT_BUTTON_PRESS;
+    if (pressed || m_primaryDown) {
+        // Where the button went down or up is what counts; motion before it is over.
+        m_motion.reset();
+    }
+    const QPointer<QObject> self(&m_context);
+    if (!pressed && m_primaryDown) {
         m_client.overlayPointerEvent(pointerEvent(Kind::Dragged, position));
     }
-    m_primaryDown = event.event_type == XCB_INPUT_BUTTON_PRESS;
-    m_client.overlayPointerEvent(pointerEvent(m_primaryDown ? Kind::Down : Kind::Up, position));
+    if (self) {
+        m_primaryDown = pressed;
+        m_client.overlayPointerEvent(pointerEvent(pressed ? Kind::Down : Kind::Up, position));
+    }
 }
 
 void X11OverlaySession::noteMotion(DevicePoint position) {
@@ -291,7 +297,8 @@ void X11OverlaySession::sendPaintedMark() {
 }
 
 bool X11OverlaySession::handlePaintedMark(const xcb_client_message_event_t& event) {
-    if (!m_grab || event.window != m_grab->window()) {
+    if (!m_grab || event.window != m_grab->window() ||
+        event.type != atom(m_server, "_SNAPVANE_PAINTED")) {
         return false;
     }
     m_isPainting = false;
@@ -332,9 +339,6 @@ void X11OverlaySession::handleCompositorChange() {
 }
 
 void X11OverlaySession::watchCompositor() {
-    if (!hasExtension(m_server, &xcb_xfixes_id)) {
-        return;
-    }
     m_selectionEvent = xcb_get_extension_data(m_server.connection, &xcb_xfixes_id)->first_event +
                        XCB_XFIXES_SELECTION_NOTIFY;
     xcb_xfixes_select_selection_input(m_server.connection, m_grab->window(),
@@ -342,6 +346,8 @@ void X11OverlaySession::watchCompositor() {
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    // It may have changed since the surfaces were made.
+    handleCompositorChange();
 }
 
 void X11OverlaySession::selectInput(xcb_window_t window) {
@@ -390,7 +396,8 @@ std::unique_ptr<OverlaySession> X11OverlayHost::open(const OverlayOptions& optio
     const Server server = qtServer();
     const bool capable =
         hasExtension(server, &xcb_composite_id) && hasExtension(server, &xcb_input_id) &&
-        RenderFormats::of(server).argb != XCB_NONE && RenderFormats::of(server).root != XCB_NONE;
+        hasExtension(server, &xcb_xfixes_id) && RenderFormats::of(server).argb != XCB_NONE &&
+        RenderFormats::of(server).root != XCB_NONE;
     if (!capable || options.screens.empty()) {
         overlayLog().error(QStringLiteral("The display server cannot show a selection overlay."));
         return nullptr;

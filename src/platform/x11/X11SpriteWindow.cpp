@@ -40,7 +40,7 @@ X11SpriteWindow::X11SpriteWindow(const Server& server, const SpriteOptions& opti
 }
 
 X11SpriteWindow::~X11SpriteWindow() {
-    StackingOrder::remove(m_window);
+    hide();
     const auto destroy = [server = m_server, window = m_window, colormap = m_colormap] {
         xcb_destroy_window(server.connection, window);
         if (colormap != XCB_NONE) {
@@ -48,20 +48,24 @@ X11SpriteWindow::~X11SpriteWindow() {
         }
         xcb_flush(server.connection);
     };
-    if (m_visible && hasCompositor(m_server)) {
-        park();
+    // A compositor that is told of the moving away and of the end in one go fades out the window at
+    // its old place.
+    if (m_mapped && QCoreApplication::instance() != nullptr) {
         QTimer::singleShot(parkedLifetime, QCoreApplication::instance(), destroy);
     } else {
         destroy();
     }
 }
 
+void X11SpriteWindow::mapParked() {
+    park();
+    map();
+    xcb_flush(m_server.connection);
+}
+
 void X11SpriteWindow::show(const DeviceRect& area) {
     move(area);
-    if (!m_mapped) {
-        xcb_map_window(m_server.connection, m_window);
-        m_mapped = true;
-    }
+    map();
     if (!std::exchange(m_visible, true)) {
         ++m_showing;
     }
@@ -73,19 +77,22 @@ void X11SpriteWindow::hide() {
         return;
     }
     StackingOrder::remove(m_window);
-    const auto unmap = [this, showing = m_showing] {
+    if (m_pixels == Pixels::Translucent) {
+        // For compositors that let windows glide to where they are moved.
+        xcb_clear_area(m_server.connection, 0, m_window, 0, 0, 0, 0);
+    }
+    park();
+    xcb_flush(m_server.connection);
+}
+
+void X11SpriteWindow::unmapLater() {
+    QTimer::singleShot(parkedLifetime, &m_context, [this, showing = m_showing] {
         if (showing == m_showing && !m_visible) {
             xcb_unmap_window(m_server.connection, m_window);
             xcb_flush(m_server.connection);
             m_mapped = false;
         }
-    };
-    if (hasCompositor(m_server)) {
-        park();
-        QTimer::singleShot(parkedLifetime, &m_context, unmap);
-    } else {
-        unmap();
-    }
+    });
 }
 
 void X11SpriteWindow::setShape(const std::vector<RoundedArea>& shape) {
@@ -131,6 +138,12 @@ void X11SpriteWindow::create(std::uint32_t background) {
         values.data());
 }
 
+void X11SpriteWindow::map() {
+    if (!std::exchange(m_mapped, true)) {
+        xcb_map_window(m_server.connection, m_window);
+    }
+}
+
 void X11SpriteWindow::ignoreInput() {
     if (!hasExtension(m_server, &xcb_xfixes_id)) {
         return;
@@ -156,10 +169,8 @@ void X11SpriteWindow::move(const DeviceRect& area) {
                          static_cast<std::uint16_t>(resized ? place | size : place), values.data());
 }
 
-/// Moves the window off the desktop, where its fading out harms nobody.
 void X11SpriteWindow::park() {
     move({{-m_area.size.width - 1, -m_area.size.height - 1}, m_area.size});
-    xcb_flush(m_server.connection);
 }
 
 } // namespace snapvane::x11

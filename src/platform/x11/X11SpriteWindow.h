@@ -5,9 +5,9 @@
 
 namespace snapvane::x11 {
 
-/// The window of a sprite: override-redirect, with no input at all, kept out of sight rather than
-/// unmapped at once where a compositor might fade it out. Owned by its sprite; main thread, Qt's
-/// connection. Nothing is flushed here.
+/// The window of a sprite: override-redirect, with no input at all. It is taken off the glass by
+/// moving it off the desktop, since a compositor may fade out what is unmapped, where it last was.
+/// Owned by its sprite; main thread, Qt's connection.
 class X11SpriteWindow {
 public:
     /// Whether the window has an alpha channel or looks like the root window.
@@ -25,14 +25,19 @@ public:
     std::uint8_t depth() const { return m_depth; }
     bool isVisible() const { return m_visible; }
 
-    /// Puts the window there, in front of its level.
+    /// Maps the window off the desktop, so that a compositor has faded it in before it is shown.
+    void mapParked();
+    /// Puts the window there, in its level; the caller flushes.
     void show(const DeviceRect& area);
     void hide();
+    /// Unmaps the window some time from now, unless it is shown again before.
+    void unmapLater();
     /// Cuts the window to the areas (pixels of the window) together.
     void setShape(const std::vector<RoundedArea>& shape);
 
 private:
     void create(std::uint32_t background);
+    void map();
     void ignoreInput();
     void move(const DeviceRect& area);
     void park();

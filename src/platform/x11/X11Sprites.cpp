@@ -49,7 +49,7 @@ public:
     }
 
     void showAt(const Screen& screen, PixelPoint topLeft, const SpritePicture& picture) override {
-        const Pixels pixels = isTranslucent() ? Pixels::Translucent : Pixels::Opaque;
+        const Pixels pixels = m_translucent ? Pixels::Translucent : Pixels::Opaque;
         if (!m_window || m_window->pixels() != pixels) {
             makeWindow(pixels);
         }
@@ -68,8 +68,9 @@ public:
     }
 
     void hide() override {
-        if (m_window) {
+        if (isVisible()) {
             m_window->hide();
+            m_window->unmapLater();
         }
     }
 
