@@ -31,7 +31,7 @@ QCoro::Task<DisplaySnapshotList> captureAllDisplays(Facilities facilities);
 
 /// A snapshot and a place on it: points from the screen's lower-left corner, y upwards.
 struct SnapshotPlace {
-    const DisplaySnapshot* snapshot;
+    const DisplaySnapshot* snapshot = nullptr;
     GlobalPoint localPoint;
 };
 

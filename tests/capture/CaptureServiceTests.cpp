@@ -90,13 +90,15 @@ TEST_F(CaptureServiceTest, AcceptsFourByFourPoints) {
     EXPECT_EQ(configuration().outputSize, (PixelSize{4, 4}));
 }
 
-TEST_F(CaptureServiceTest, AsksOnceForAllWindowsOnScreen) {
+TEST_F(CaptureServiceTest, AsksOnceAndForNoWindows) {
     capture({{100, 100}, {40, 40}});
     ASSERT_EQ(m_capturer.queries.size(), 1U);
     EXPECT_FALSE(m_capturer.queries.front().excludeDesktopWindows);
     EXPECT_TRUE(m_capturer.queries.front().onScreenWindowsOnly);
+    EXPECT_FALSE(m_capturer.queries.front().listsWindows);
     ASSERT_EQ(m_capturer.shots.size(), 1U);
     EXPECT_EQ(m_capturer.shots.front().filter.displayId, 11U);
+    EXPECT_TRUE(m_capturer.shots.front().filter.excludedWindows.empty());
     EXPECT_FALSE(configuration().showsCursor);
     EXPECT_FALSE(configuration().scalesToFit);
 }

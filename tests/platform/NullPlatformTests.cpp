@@ -19,6 +19,13 @@ TEST(NullCapturer, AnswersEveryQueryAlike) {
     EXPECT_EQ(capturer.queries.size(), 3U);
 }
 
+TEST(NullCapturer, ListsWindowsWhenAsked) {
+    null::NullCapturer capturer;
+    capturer.content.windows = {{1, std::nullopt}, {2, RunningApplication{QStringLiteral("A")}}};
+    EXPECT_EQ(await(capturer.shareableContent({})).windows, capturer.content.windows);
+    EXPECT_TRUE(await(capturer.shareableContent({.listsWindows = false})).windows.empty());
+}
+
 TEST(NullCapturer, DrawsThePictureThatWasAskedFor) {
     null::NullCapturer capturer;
     StreamConfiguration configuration;

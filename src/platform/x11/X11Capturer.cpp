@@ -33,10 +33,15 @@ bool X11Capturer::preflightAccess() {
     return reply != nullptr;
 }
 
-QCoro::Task<ShareableContent> X11Capturer::shareableContent(ContentQuery) {
+QCoro::Task<ShareableContent> X11Capturer::shareableContent(ContentQuery query) {
     ShareableContent content;
     for (const Screen& screen : m_screens.list()) {
         content.displays.push_back({screen.id, screen.frame});
+    }
+    if (query.listsWindows) {
+        RootGrabber* grabber = &m_grabber;
+        auto listing = runInBackground([grabber, query] { return grabber->windows(query); });
+        content.windows = co_await listing;
     }
     co_return content;
 }
@@ -57,7 +62,9 @@ QCoro::Task<QImage> X11Capturer::screenshot(ContentFilter filter,
     const auto frames = m_screens.nativeFrames();
     RootGrabber* grabber = &m_grabber;
     m_trim.start(keepMemory);
-    auto grab = runInBackground([grabber, area, frames] { return grabber->grab(area, frames); });
+    auto grab = runInBackground([grabber, area, frames, excluded = filter.excludedWindows] {
+        return grabber->grab(area, frames, excluded);
+    });
     QImage image = co_await grab;
     co_return image;
 }

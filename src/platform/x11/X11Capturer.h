@@ -2,6 +2,7 @@
 
 #include "platform/Capturer.h"
 #include "platform/x11/RootGrabber.h"
+#include "platform/x11/ShownWindowsWatch.h"
 
 #include <QTimer>
 
@@ -10,7 +11,7 @@ namespace snapvane::x11 {
 class X11Screens;
 
 /// Pictures of the live screen through the root window. Owned by the platform; main thread, the
-/// grab itself runs on the thread pool.
+/// grab itself and the list of windows run on the thread pool.
 class X11Capturer : public ScreenCapturer {
 public:
     explicit X11Capturer(X11Screens& screens);
@@ -25,6 +26,8 @@ public:
 private:
     X11Screens& m_screens;
     RootGrabber m_grabber;
+    // So that there is something to show where a window of ours is left out.
+    ShownWindowsWatch m_shownWindows;
     // Gives the grabber's memory back some time after the last picture.
     QTimer m_trim;
 };

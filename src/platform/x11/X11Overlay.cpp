@@ -6,6 +6,7 @@
 #include "platform/x11/OpenMenus.h"
 #include "platform/x11/OverlayKeyboard.h"
 #include "platform/x11/RootGrabber.h"
+#include "platform/x11/SubwindowRedirection.h"
 #include "platform/x11/X11InputGrab.h"
 #include "platform/x11/X11OverlaySurface.h"
 #include "platform/x11/X11Screens.h"
@@ -88,6 +89,7 @@ private:
     int m_selectionEvent = -1;
     bool m_translucent = false;
     std::function<void(Surfaces)> m_retire;
+    std::optional<SubwindowRedirection> m_redirection;
     Surfaces m_surfaces;
     OverlayKeyboard m_keyboard;
     bool m_primaryDown = false;
@@ -110,8 +112,7 @@ X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions&
     m_inputOpcode = xcb_get_extension_data(server.connection, &xcb_input_id)->major_opcode;
     // Every window keeps its pixels from here on, so that the screen is restored the moment the
     // surfaces go, without anybody having to paint.
-    xcb_composite_redirect_subwindows(server.connection, server.root(),
-                                      XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    m_redirection.emplace(server);
     m_translucent = hasCompositor(server) && argbVisual(server) != XCB_NONE;
     for (const Screen& screen : m_screens) {
         m_surfaces.push_back(
@@ -142,8 +143,7 @@ X11OverlaySession::~X11OverlaySession() {
         m_retire(std::move(m_surfaces));
     }
     m_surfaces.clear();
-    xcb_composite_unredirect_subwindows(m_server.connection, m_server.root(),
-                                        XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+    m_redirection.reset();
     // Whoever grabs next does so on another connection; the server must have come this far.
     roundTrip(m_server);
 }

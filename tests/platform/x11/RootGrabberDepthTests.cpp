@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
+#include <xcb/composite.h>
+
 namespace snapvane {
 
 namespace {
@@ -29,6 +33,24 @@ public:
         xcb_poly_fill_rectangle(connection, connection.root(), gc, 1, &pixel);
         xcb_free_gc(connection, gc);
         connection.sync();
+    }
+
+    /// A window of one colour over that area; all windows keep their pixels from now on.
+    xcb_window_t cover(const QRect& rect, std::uint32_t value) const {
+        const testing::XcbConnection& connection = m_desktop.connection();
+        xcb_composite_redirect_subwindows(connection, connection.root(),
+                                          XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+        const xcb_window_t window = xcb_generate_id(connection);
+        const std::array<std::uint32_t, 2> values = {value, 1};
+        xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, connection.root(),
+                          static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
+                          static_cast<std::uint16_t>(rect.width()),
+                          static_cast<std::uint16_t>(rect.height()), 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+                          XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
+        xcb_map_window(connection, window);
+        connection.sync();
+        return window;
     }
 
 private:
@@ -94,6 +116,21 @@ TEST(RootGrabberDepth, ReadsDepth30) {
                       {2, 1, 1023U << 10, qRgb(0, 255, 0)},
                       {301, 75, 1023U, qRgb(0, 0, 255)},
                       {332, 76, 512U << 20 | 1U << 10 | 3U, qRgb(128, 0, 1)}});
+}
+
+/// The pixels of what lies beneath a window come in the same depth.
+TEST(RootGrabberDepth, LeavesWindowsOutInDepth16) {
+    const OtherDesktop desktop(16);
+    desktop.cover({10, 10, 100, 40}, 0xf800);
+    const xcb_window_t excluded = desktop.cover({50, 20, 200, 50}, 0x001f);
+    x11::RootGrabber grabber;
+    const DeviceRect all = {{0, 0}, {333, 77}};
+    const QImage with = grabber.grab(all, {all});
+    const QImage without = grabber.grab(all, {all}, {excluded});
+    EXPECT_EQ(with.pixel(60, 30), qRgb(0, 0, 255));
+    EXPECT_EQ(without.pixel(60, 30), qRgb(255, 0, 0));
+    EXPECT_EQ(without.pixel(20, 20), qRgb(255, 0, 0));
+    EXPECT_EQ(without.pixel(200, 60), qRgb(0, 0, 0));
 }
 
 } // namespace snapvane
