@@ -131,10 +131,17 @@ inline int largestDifference(const QImage& one, const QImage& other) {
         return 256;
     }
     int largest = 0;
-    for (int y = 0; y < one.height(); ++y) {
-        for (int x = 0; x < one.width(); ++x) {
-            const QRgb a = one.pixel(x, y);
-            const QRgb b = other.pixel(x, y);
+    const QImage left = one.convertToFormat(QImage::Format_RGB32);
+    const QImage right = other.convertToFormat(QImage::Format_RGB32);
+    for (int y = 0; y < left.height(); ++y) {
+        const auto* leftRow = reinterpret_cast<const QRgb*>(left.constScanLine(y));
+        const auto* rightRow = reinterpret_cast<const QRgb*>(right.constScanLine(y));
+        for (int x = 0; x < left.width(); ++x) {
+            const QRgb a = leftRow[x];
+            const QRgb b = rightRow[x];
+            if (((a ^ b) & 0xffffffU) == 0) {
+                continue;
+            }
             largest = std::max({largest, std::abs(qRed(a) - qRed(b)),
                                 std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
         }
