@@ -5,6 +5,7 @@
 namespace snapvane {
 
 using x11::PixelLayout;
+using x11::pixelOf;
 using x11::rgb32FromPixels;
 
 namespace {
@@ -16,6 +17,7 @@ constexpr Masks masks565 = {0xf800, 0x07e0, 0x001f};
 constexpr Masks masks888 = {0xff0000, 0x00ff00, 0x0000ff};
 constexpr Masks masks888Reversed = {0x0000ff, 0x00ff00, 0xff0000};
 constexpr Masks masks30 = {0x3ff00000, 0x000ffc00, 0x000003ff};
+constexpr Masks masks30Reversed = {0x000003ff, 0x000ffc00, 0x3ff00000};
 constexpr Masks masks332 = {0xe0, 0x1c, 0x03};
 
 PixelLayout layoutOf(int bitsPerPixel, const Masks& masks, bool mostSignificantFirst = false,
@@ -138,6 +140,58 @@ TEST(PixelConversion, KnowsTheLayoutThatNeedsNone) {
     EXPECT_FALSE(layoutOf(32, masks30).isNativeRgb32());
     EXPECT_FALSE(layoutOf(32, masks888Reversed).isNativeRgb32());
     EXPECT_FALSE(layoutOf(16, masks565).isNativeRgb32());
+}
+
+TEST(PixelConversion, FindsThePixelOfAColor) {
+    struct Case {
+        const char* name = nullptr;
+        Masks masks = {};
+        QColor color;
+        std::uint32_t pixel = 0;
+    };
+    const Case cases[] = {
+        {"888", masks888, QColor(0x12, 0x34, 0x56), 0x123456},
+        {"888 without the alpha", masks888, QColor(0x12, 0x34, 0x56, 7), 0x123456},
+        {"888 reversed", masks888Reversed, QColor(0x12, 0x34, 0x56), 0x563412},
+        {"565 white", masks565, QColor(255, 255, 255), 0xffff},
+        {"565 black", masks565, QColor(0, 0, 0), 0},
+        {"565 red", masks565, QColor(255, 0, 0), 0xf800},
+        {"565 to the nearest", masks565, QColor(132, 130, 66), 16 << 11 | 32 << 5 | 8},
+        {"565 rounds both ways", masks565, QColor(4, 4, 5), 0 << 11 | 1 << 5 | 1},
+        {"555", masks555, QColor(255, 132, 0), 31 << 10 | 16 << 5},
+        {"332", masks332, QColor(255, 73, 85), 0xe0 | 0x08 | 0x01},
+        {"30 bits white", masks30, QColor(255, 255, 255), 0x3fffffff},
+        {"30 bits", masks30, QColor(128, 0, 1), 514U << 20 | 4U},
+        {"30 bits reversed", masks30Reversed, QColor(128, 0, 1), 4U << 20 | 514U},
+        {"no green", {0xff0000, 0, 0x0000ff}, QColor(1, 2, 3), 0x010003},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(pixelOf(c.color, layoutOf(32, c.masks)), c.pixel);
+    }
+}
+
+TEST(PixelConversion, APixelsColorIsTheOneItWasMadeFor) {
+    for (const Masks& masks : {masks888, masks888Reversed, masks30, masks30Reversed}) {
+        const PixelLayout layout = layoutOf(32, masks);
+        for (int value = 0; value < 256; ++value) {
+            const QColor color(value, 255 - value, (value * 7) % 256);
+            EXPECT_EQ(converted(pixelOf(color, layout), layout), color.rgb()) << value;
+        }
+    }
+}
+
+TEST(PixelConversion, ACoarsePixelIsTheNearestThereIs) {
+    for (const Masks& masks : {masks565, masks555}) {
+        const PixelLayout layout = layoutOf(16, masks);
+        for (int value = 0; value < 256; ++value) {
+            const QRgb shown = converted(pixelOf(QColor(value, value, value), layout), layout);
+            // Half of a step of 5 or 6 bits, and what rounding to 8 bits adds.
+            EXPECT_NEAR(qRed(shown), value, 4.6) << value;
+            EXPECT_NEAR(qGreen(shown), value, masks == masks565 ? 2.6 : 4.6) << value;
+            EXPECT_NEAR(qBlue(shown), value, 4.6) << value;
+        }
+    }
 }
 
 } // namespace snapvane

@@ -11,7 +11,8 @@
 namespace snapvane {
 
 /// The desktop that this program's Qt runs on: two screens of 1280 × 800 side by side, no
-/// compositor, the test pattern on the root window.
+/// compositor, the test pattern on the root window. The environment variable SNAPVANE_TEST_DEPTH
+/// gives it another depth than 24, then without the pattern.
 testing::VirtualDesktop& testDesktop();
 
 inline constexpr QSize testScreenSize = {1280, 800};

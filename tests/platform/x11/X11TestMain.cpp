@@ -16,6 +16,9 @@ testing::DesktopOptions desktopOptions() {
     testing::DesktopOptions options;
     options.screens = testing::ScreenSet::TwoSideBySide;
     options.screenSize = testScreenSize;
+    if (const int depth = qEnvironmentVariableIntValue("SNAPVANE_TEST_DEPTH"); depth != 0) {
+        options.depth = depth;
+    }
     return options;
 }
 
