@@ -4,7 +4,7 @@
 #include "base/Rounding.h"
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
 namespace snapvane::ScreenMapping {
 
@@ -45,13 +45,13 @@ struct Band {
     int length;
 };
 
-/// The whole pixels of a line `thickness` pixels wide around the pixel boundary `middle`; some of
-/// the `count` pixels there are.
+/// The whole pixels of a line around the pixel boundary `middle`, of the nearest whole thickness;
+/// some of the `count` pixels there are. An odd one more lies behind the boundary than before it.
 Band bandAround(int middle, double thickness, int count) {
-    const int start = static_cast<int>(std::floor(middle - thickness / 2 + 0.5));
-    const int end = static_cast<int>(std::floor(middle + thickness / 2 + 0.5));
+    const int pixels = std::max(1, roundedPixel(thickness));
+    const int start = middle - pixels / 2;
     const int first = std::clamp(start, 0, count - 1);
-    return {first, std::clamp(end, first + 1, count) - first};
+    return {first, std::clamp(start + pixels, first + 1, count) - first};
 }
 
 long long squaredDistance(DevicePoint a, DevicePoint b) {
@@ -163,7 +163,11 @@ PixelPoint upperLeftPixel(const Screen& screen, GlobalPoint origin, PixelSize pi
 }
 
 PixelPoint picturePixel(GlobalPoint local, double scale, int height) {
-    return {roundedPixel(scale * local.x), height - 1 - roundedPixel(scale * local.y)};
+    // Places as far away as pixels can be counted stay there.
+    const std::int64_t row = std::int64_t{height} - 1 - roundedPixel(scale * local.y);
+    return {roundedPixel(scale * local.x),
+            static_cast<int>(std::clamp<std::int64_t>(row, std::numeric_limits<int>::min(),
+                                                      std::numeric_limits<int>::max()))};
 }
 
 DeviceRect deviceRect(const Screen& screen, const PixelRect& pixels) {

@@ -246,7 +246,7 @@ TEST_F(ScreenCenterOverlayManagerTest, AfterTheSessionTheyNoLongerFollow) {
     m_manager.hideOverlays();
     m_manager.updateCursor({20, 20});
     EXPECT_THAT(shown(), IsEmpty());
-    EXPECT_THAT(m_manager.overlays(), SizeIs(3)) << "kept for the next session";
+    EXPECT_THAT(m_manager.overlays(), IsEmpty()) << "the next session makes its own";
 }
 
 TEST_F(ScreenCenterOverlayManagerTest, OtherScreensInASessionGetLinesAtThePointer) {

@@ -13,7 +13,11 @@ using Kind = OverlayPointerEvent::Kind;
 
 class SelectionOverlayControllerRestart : public testing::ControllerTest {
 protected:
-    void changeScreens() { Q_EMIT screens.changed(); }
+    /// To others of the same size at the same places.
+    void changeScreens() {
+        screens.screens.front().id += 10;
+        Q_EMIT screens.changed();
+    }
 
     // The changes are logged.
     testing::LogCapture m_log;

@@ -29,7 +29,10 @@ NullImageSprite::~NullImageSprite() {
 }
 
 bool NullImageSprite::isTranslucent() {
-    return m_owner.translucent;
+    if (!visible) {
+        m_translucent = m_owner.translucent;
+    }
+    return m_translucent;
 }
 
 void NullImageSprite::showAt(const Screen& newScreen, PixelPoint newTopLeft,

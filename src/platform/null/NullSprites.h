@@ -47,6 +47,7 @@ public:
 
 private:
     NullSprites& m_owner;
+    bool m_translucent = false;
 };
 
 class NullSprites : public Sprites {
