@@ -2,25 +2,52 @@
 
 #include "actions/CapturePostActionExecutor.h"
 #include "actions/CapturePreferences.h"
-#include "actions/FerryboxUploading.h"
 #include "base/Async.h"
-#include "base/LocalizedError.h"
-#include "base/Translation.h"
 #include "hud/CaptureHUD.h"
 #include "platform/Platform.h"
+#include "upload/FerryboxAPIKeyTasks.h"
+#include "upload/FerryboxBaseURL.h"
+#include "upload/FerryboxUploadService.h"
+#include "upload/HttpSession.h"
 
 namespace snapvane {
 
 namespace {
 
-/// Without a client for the service there is no key for it either.
-class NoUploads : public FerryboxUploading {
+/// Uploads with the program's own key to the service that the program was built for. The network
+/// library is not touched before the first one. Main thread.
+class SharedUploads : public FerryboxUploading {
 public:
-    QCoro::Task<QUrl> uploadPNG(QByteArray, QString) override {
-        throw LocalizedError(translated("Ferrybox API key is not set. Add it in Settings."));
-        co_return QUrl();
+    QCoro::Task<QUrl> uploadPNG(QByteArray data, QString filename) override {
+        if (m_ended) {
+            throw TransportError::abandoned();
+        }
+        if (!m_service) {
+            m_session = std::make_unique<HttpSession>();
+            m_service = std::make_unique<FerryboxUploadService>(ferryboxBaseURL(), *m_session, [] {
+                return FerryboxAPIKeyTasks::shared().loadKey();
+            });
+        }
+        return m_service->uploadPNG(std::move(data), std::move(filename));
     }
+
+    /// An upload that still waits for its key gets none.
+    void end() {
+        m_ended = true;
+        m_session.reset();
+        FerryboxAPIKeyTasks::shared().end();
+    }
+
+private:
+    bool m_ended = false;
+    std::unique_ptr<HttpSession> m_session;
+    std::unique_ptr<FerryboxUploadService> m_service;
 };
+
+SharedUploads& sharedUploads() {
+    static auto* uploads = new SharedUploads;
+    return *uploads;
+}
 
 /// Without a window to ask in, the capture must not be lost: the saved defaults are done.
 void answerWithSavedDefaults(CaptureResult result) {
@@ -32,13 +59,16 @@ void answerWithSavedDefaults(CaptureResult result) {
 } // namespace
 
 AfterCaptureFacilities sharedAfterCaptureFacilities() {
-    static NoUploads uploads;
     return {.preferences = CapturePreferences::shared(),
             .pasteboard = Platform::shared().pasteboard(),
-            .uploader = uploads,
+            .uploader = sharedUploads(),
             .showNotice = [](const QString& message,
                              double duration) { CaptureHUD::shared().show(message, duration); },
             .askUser = answerWithSavedDefaults};
+}
+
+void endUploads() {
+    sharedUploads().end();
 }
 
 } // namespace snapvane

@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/HotKeyCenter.h"
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "actions/CapturePreferences.h"
+#include "app/AfterCapture.h"
 #include "app/AppDelegate.h"
 #include "app/ApplicationService.h"
 #include "app/CaptureCoordinator.h"
@@ -143,6 +144,7 @@ int runOn(Platform& platform, const Log& log) {
     // What still uses the platform ends before the platform does: an open selection, and captures
     // that are not saved yet.
     CaptureCoordinator::shared().overlayController().dismiss();
+    endUploads();
     finishCaptures(log);
     QThreadPool::globalInstance()->waitForDone();
     return status;

@@ -2,6 +2,7 @@
 
 #include <QCoroFuture>
 #include <QCoroTask>
+#include <QThreadPool>
 #include <QtConcurrentRun>
 
 #include <exception>
@@ -17,25 +18,33 @@ namespace snapvane {
 /// out is a program error, because whatever a user should hear of has been caught further in.
 void startDetached(QCoro::Task<> task);
 
-/// Runs `work` on the global thread pool and gives its result, or throws what it threw, to the
-/// awaiting coroutine on its own thread. `work` must not touch state of the main thread.
+/// Runs `work` on a thread of the pool and gives its result, or throws what it threw, to the
+/// awaiting coroutine on its own thread. `work` must not touch state of the main thread. The pool
+/// must live until the work is done.
 template <typename Work, typename Result = std::invoke_result_t<Work>>
-QCoro::Task<Result> runInBackground(Work work) {
+QCoro::Task<Result> runInBackground(QThreadPool& pool, Work work) {
     // The thread pool's own transport wraps exceptions in a type of its own; carried as a value
     // they arrive as they were thrown.
     using Outcome = std::variant<Result, std::exception_ptr>;
-    QFuture<Outcome> future = QtConcurrent::run([work = std::move(work)]() mutable -> Outcome {
-        try {
-            return Outcome(std::in_place_index<0>, work());
-        } catch (...) {
-            return Outcome(std::in_place_index<1>, std::current_exception());
-        }
-    });
+    QFuture<Outcome> future =
+        QtConcurrent::run(&pool, [work = std::move(work)]() mutable -> Outcome {
+            try {
+                return Outcome(std::in_place_index<0>, work());
+            } catch (...) {
+                return Outcome(std::in_place_index<1>, std::current_exception());
+            }
+        });
     Outcome outcome = co_await future;
     if (std::holds_alternative<std::exception_ptr>(outcome)) {
         std::rethrow_exception(std::get<std::exception_ptr>(outcome));
     }
     co_return std::move(std::get<0>(outcome));
+}
+
+/// The same on the global thread pool.
+template <typename Work, typename Result = std::invoke_result_t<Work>>
+QCoro::Task<Result> runInBackground(Work work) {
+    return runInBackground(*QThreadPool::globalInstance(), std::move(work));
 }
 
 } // namespace snapvane

@@ -14,6 +14,7 @@ class Panels;
 class Pasteboard;
 class ScreenCapturer;
 class Screens;
+class SecretStore;
 class Sprites;
 class TrayHost;
 class Workspace;
@@ -35,6 +36,7 @@ public:
     virtual Pasteboard& pasteboard() = 0;
     virtual Workspace& workspace() = 0;
     virtual LoginItem& loginItem() = 0;
+    virtual SecretStore& secretStore() = 0;
     virtual TrayHost& trayHost() = 0;
 
     /// The platform that `shared()` objects of the program are built on. Asking before one is

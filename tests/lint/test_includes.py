@@ -46,6 +46,12 @@ class Direction(unittest.TestCase):
             files = {"src/KeyboardShortcuts/A.h": f'#include "{target}/B.h"\n'}
             self.assertEqual(len(self.faults(files, [f"src/{target}/B.h"])), count, target)
 
+    def test_uploading_stands_above_what_is_done_with_captures(self):
+        for source, target, count in (("upload", "actions", 0), ("actions", "upload", 1),
+                                      ("app", "upload", 0), ("selection", "upload", 0)):
+            files = {f"src/{source}/A.h": f'#include "{target}/B.h"\n'}
+            self.assertEqual(len(self.faults(files, [f"src/{target}/B.h"])), count, source)
+
     def test_backends_are_known_to_the_loader_alone(self):
         known = ["src/platform/x11/X.h", "src/platform/wayland/W.h", "src/platform/Screens.h"]
         x11 = '#include "platform/x11/X.h"\n'

@@ -36,7 +36,7 @@ QString uniqueName(const QString& prefix) {
 ChildProcess::Spec specFor(const VirtualDesktop& desktop, const AgentOptions& options,
                            const QString& logFile) {
     ChildProcess::Spec spec;
-    spec.program = QStringLiteral(SNAPVANE_PROGRAM);
+    spec.program = options.program.isEmpty() ? QStringLiteral(SNAPVANE_PROGRAM) : options.program;
     spec.environment = desktop.environment();
     for (const auto& [name, value] : options.variables) {
         if (value.isEmpty()) {

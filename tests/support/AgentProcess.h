@@ -14,6 +14,8 @@
 namespace snapvane::testing {
 
 struct AgentOptions {
+    /// Another build of it than the one that users get; empty for that one.
+    QString program;
     /// Set in its environment; an empty value takes the variable away.
     QList<std::pair<QString, QString>> variables;
     bool withoutFileOverrides = false;

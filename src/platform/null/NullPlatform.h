@@ -11,6 +11,7 @@
 #include "platform/TrayHost.h"
 #include "platform/Workspace.h"
 #include "platform/null/NullHotKeys.h"
+#include "platform/null/NullSecretStore.h"
 #include "platform/null/NullSprites.h"
 
 #include <QUrl>
@@ -195,6 +196,7 @@ public:
     NullPasteboard& pasteboard() override { return m_pasteboard; }
     NullWorkspace& workspace() override { return m_workspace; }
     NullLoginItem& loginItem() override { return m_loginItem; }
+    NullSecretStore& secretStore() override { return m_secretStore; }
     NullTrayHost& trayHost() override { return m_trayHost; }
 
 private:
@@ -208,6 +210,7 @@ private:
     NullPasteboard m_pasteboard;
     NullWorkspace m_workspace;
     NullLoginItem m_loginItem;
+    NullSecretStore m_secretStore;
     NullTrayHost m_trayHost;
 };
 

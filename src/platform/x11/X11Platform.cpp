@@ -9,6 +9,7 @@
 #include "platform/x11/X11Screens.h"
 #include "platform/x11/X11Sprites.h"
 #include "platform/x11/X11TrayManager.h"
+#include "platform/xdg/LibsecretStore.h"
 #include "platform/xdg/QtPasteboard.h"
 #include "platform/xdg/XdgLoginItem.h"
 #include "platform/xdg/XdgWorkspace.h"
@@ -30,6 +31,7 @@ public:
     Pasteboard& pasteboard() override { return m_pasteboard; }
     Workspace& workspace() override { return m_workspace; }
     LoginItem& loginItem() override { return m_loginItem; }
+    SecretStore& secretStore() override { return m_secretStore; }
     TrayHost& trayHost() override { return m_trayHost; }
 
 private:
@@ -44,6 +46,7 @@ private:
     xdg::QtPasteboard m_pasteboard;
     xdg::XdgWorkspace m_workspace;
     xdg::XdgLoginItem m_loginItem;
+    xdg::LibsecretStore m_secretStore;
     X11TrayManager m_trayHost;
 };
 
