@@ -44,31 +44,31 @@ TYPED_TEST(GuideLines, ReachTheLastColumnAndRow) {
     this->cancel();
 }
 
-/// The places in the stack of the windows that can be seen, the bottom first.
-std::vector<int> stackPlaces(const XcbConnection& connection, const QString& name) {
+/// The names of the top-level windows that can be seen, the bottom first.
+std::vector<QString> stack(const XcbConnection& connection) {
     const Reply<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(connection, xcb_query_tree(connection, connection.root()), nullptr));
-    const auto named = X11Probe(connection).windowsNamed(name);
+    const auto windows = X11Probe(connection).windows();
     const xcb_window_t* children = xcb_query_tree_children(tree.get());
-    std::vector<int> places;
+    std::vector<QString> names;
     for (int place = 0; place < xcb_query_tree_children_length(tree.get()); ++place) {
-        const auto isIt = [&](const WindowInfo& window) {
-            // Those of the last selection may be off the desktop for a while instead of gone.
-            return window.id == children[place] && window.viewable &&
-                   window.rect.intersects(connection.rootRect());
-        };
-        if (std::ranges::any_of(named, isIt)) {
-            places.push_back(place);
+        const auto window = std::ranges::find(windows, children[place], &WindowInfo::id);
+        // Those of the last selection may be off the desktop for a while instead of gone.
+        if (window != windows.end() && window->viewable &&
+            window->rect.intersects(connection.rootRect())) {
+            names.push_back(window->name);
         }
     }
-    return places;
+    return names;
 }
 
-/// Whether every window of the one name is below every window of the other.
+/// Whether there are windows of both names, each of the one below each of the other.
 bool isBelow(const XcbConnection& connection, const QString& lower, const QString& upper) {
-    const auto below = stackPlaces(connection, lower);
-    const auto above = stackPlaces(connection, upper);
-    return !below.empty() && !above.empty() && below.back() < above.front();
+    // In one look: what goes meanwhile moves what is above it.
+    const std::vector<QString> names = stack(connection);
+    const auto highest = std::ranges::find(names.rbegin(), names.rend(), lower);
+    const auto lowest = std::ranges::find(names, upper);
+    return highest != names.rend() && lowest != names.end() && highest.base() <= lowest;
 }
 
 TYPED_TEST(GuideLines, StandAboveTheOverlayAndBelowTheLoupe) {

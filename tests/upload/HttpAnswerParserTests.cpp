@@ -249,7 +249,7 @@ TEST_P(AnswerFuzz, IsReadTheSameHoweverItIsCut) {
         whole.feed(answer);
         HttpAnswerParser cut(limit);
         for (qsizetype at = 0; at < answer.size();) {
-            const auto count = static_cast<qsizetype>(1 + answers.below(9));
+            const auto count = 1 + static_cast<qsizetype>(answers.below(9));
             cut.feed(answer.mid(at, count));
             at += count;
         }

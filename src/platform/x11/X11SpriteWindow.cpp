@@ -50,7 +50,7 @@ X11SpriteWindow::~X11SpriteWindow() {
     };
     // A compositor that is told of the moving away and of the end in one go fades out the window at
     // its old place.
-    if (m_mapped && QCoreApplication::instance() != nullptr) {
+    if (m_mapped && QCoreApplication::instance() != nullptr && hasCompositor(m_server)) {
         QTimer::singleShot(parkedLifetime, QCoreApplication::instance(), destroy);
     } else {
         destroy();

@@ -13,11 +13,24 @@ namespace {
 
 using Pixels = X11SpriteWindow::Pixels;
 
+/// With an alpha channel where there is one, though nothing shows through: compositors that draw a
+/// shadow around every other window draw none around those.
+Pixels pixelsOfSolids(const Server& server) {
+    return argbVisual(server) != XCB_NONE ? Pixels::Translucent : Pixels::Opaque;
+}
+
+std::uint32_t solidPixel(const QColor& color, const Server& server) {
+    return pixelsOfSolids(server) == Pixels::Translucent ? color.rgb()
+                                                         : pixelOf(color, rootPixelLayout(server));
+}
+
 class X11SolidSprite : public SolidSprite {
 public:
     X11SolidSprite(const QColor& color, const SpriteOptions& options)
         : m_server(qtServer()),
-          m_window(m_server, options, Pixels::Opaque, pixelOf(color, rootPixelLayout(m_server))) {}
+          m_window(m_server, options, pixelsOfSolids(m_server), solidPixel(color, m_server)) {
+        m_window.mapParked();
+    }
 
     void showAt(const Screen& screen, const PixelRect& area) override {
         m_window.show(ScreenMapping::deviceRect(screen, area));
@@ -37,6 +50,7 @@ class X11ImageSprite : public ImageSprite {
 public:
     explicit X11ImageSprite(SpriteOptions options)
         : m_server(qtServer()), m_layout(rootPixelLayout(m_server)), m_options(std::move(options)) {
+        isTranslucent();
     }
 
     ~X11ImageSprite() override { dropWindow(); }

@@ -66,9 +66,8 @@ protected:
     static QImage glass() { return testing::grabScreen(connection(), desktop()); }
     /// Once all that has happened so far is on it.
     QImage settledGlass() {
-        constexpr int calmMs = 60;
         m_capturer.grabber().waitForGlass(m_screens.nativeFrames());
-        return testing::grabSettledScreen(connection(), desktop(), calmMs);
+        return testing::grabSettledScreen(connection(), desktop());
     }
 
     /// A window of ours, on the screen when this returns.

@@ -78,8 +78,14 @@ protected:
     static std::optional<testing::WindowInfo> windowOf(const char* name) {
         // Requests of one connection are not in order with those of another.
         x11::roundTrip(x11::qtServer());
-        return testing::X11Probe(testDesktop().connection())
-            .viewableWindowNamed(QString::fromLatin1(name));
+        for (const testing::WindowInfo& window : testing::X11Probe(testDesktop().connection())
+                                                     .windowsNamed(QString::fromLatin1(name))) {
+            // Some wait off the desktop, mapped, to be shown or to go.
+            if (window.viewable && window.rect.intersects(everything())) {
+                return window;
+            }
+        }
+        return std::nullopt;
     }
 
     static QRect everything() { return testDesktop().rect(); }

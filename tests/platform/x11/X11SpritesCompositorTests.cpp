@@ -222,7 +222,7 @@ TEST_P(X11SpritesComposited, HiddenTheyAreGoneAtOnceAndForGood) {
     EXPECT_FALSE(loupe->isVisible());
     EXPECT_TRUE(isBecoming(bare(), atOnce));
     EXPECT_TRUE(staysSo(bare()));
-    EXPECT_FALSE(windowOf("Sprite Line").has_value()) << "not only out of sight";
+    EXPECT_FALSE(windowOf("Sprite Line").has_value());
     EXPECT_FALSE(windowOf("Sprite Loupe").has_value());
 }
 
