@@ -115,12 +115,16 @@ QImage drawMarks(const LoupeGeometry& geometry, const LoupeLook& look) {
             line.area.toQRect(),
             withOpacity(look.frameColor, markOpacity * static_cast<float>(line.coverage)));
     }
-    const QPointF center(middle.x + middle.width / 2.0, middle.y + middle.height / 2.0);
-    const double length = reticleReach * geometry.scale;
-    const double half = reticleWidth * geometry.scale / 2;
+    // In whole pixels: where the middle of the cell is between two, a line over both of them would
+    // be a faint one.
+    const int reachInPixels = roundedPixel(reticleReach * geometry.scale);
+    const int width = std::max(1, roundedPixel(reticleWidth * geometry.scale));
+    const QPoint center(middle.x + middle.width / 2, middle.y + middle.height / 2);
     const QColor color = withOpacity(look.reticleColor, markOpacity);
-    painter.fillRect(QRectF(center.x() - length, center.y() - half, 2 * length, 2 * half), color);
-    painter.fillRect(QRectF(center.x() - half, center.y() - length, 2 * half, 2 * length), color);
+    painter.fillRect(center.x() - reachInPixels, center.y() - width / 2, 2 * reachInPixels, width,
+                     color);
+    painter.fillRect(center.x() - width / 2, center.y() - reachInPixels, width, 2 * reachInPixels,
+                     color);
     return image;
 }
 
