@@ -101,7 +101,9 @@ std::optional<WindowInfo> HotKeySuite::icon() {
 std::optional<WindowInfo> HotKeySuite::menu() {
     for (const WindowInfo& window : probe().windowsOfClass(u"Snapvane"_s)) {
         const bool isLarge = window.rect.width() > 80 && window.rect.height() > 80;
-        if (window.viewable && window.overrideRedirect && isLarge) {
+        // What a selection leaves waits off the desktop until it goes.
+        const bool isSeen = window.viewable && window.rect.intersects(desktop().rect());
+        if (isSeen && window.overrideRedirect && isLarge) {
             return window;
         }
     }

@@ -37,7 +37,9 @@ protected:
 
     [[nodiscard]] std::optional<WindowInfo> menu() const {
         for (const WindowInfo& window : probe().windowsOfClass(u"Snapvane"_s)) {
-            if (window.viewable && window.overrideRedirect && window.rect.height() > 80 &&
+            // What a selection leaves waits off the desktop until it goes.
+            const bool isSeen = window.viewable && window.rect.intersects(m_desktop->rect());
+            if (isSeen && window.overrideRedirect && window.rect.height() > 80 &&
                 window.rect.width() > 80) {
                 return window;
             }
