@@ -49,11 +49,19 @@ SharedUploads& sharedUploads() {
     return *uploads;
 }
 
+int runningDefaults = 0;
+
+QCoro::Task<> runSavedDefaults(CaptureResult result) {
+    ++runningDefaults;
+    auto running = CapturePostActionExecutor::run(
+        PostCaptureMenuAction::runSavedDefaults, std::move(result), sharedAfterCaptureFacilities());
+    co_await running;
+    --runningDefaults;
+}
+
 /// Without a window to ask in, the capture must not be lost: the saved defaults are done.
 void answerWithSavedDefaults(CaptureResult result) {
-    startDetached(CapturePostActionExecutor::run(PostCaptureMenuAction::runSavedDefaults,
-                                                 std::move(result),
-                                                 sharedAfterCaptureFacilities()));
+    startDetached(runSavedDefaults(std::move(result)));
 }
 
 } // namespace
@@ -65,6 +73,10 @@ AfterCaptureFacilities sharedAfterCaptureFacilities() {
             .showNotice = [](const QString& message,
                              double duration) { CaptureHUD::shared().show(message, duration); },
             .askUser = answerWithSavedDefaults};
+}
+
+bool isActingOnCaptures() {
+    return runningDefaults > 0;
 }
 
 void endUploads() {

@@ -8,6 +8,9 @@ namespace snapvane {
 /// are never released. Main thread.
 AfterCaptureFacilities sharedAfterCaptureFacilities();
 
+/// True while the saved defaults are being done for a capture that the user was to be asked about.
+bool isActingOnCaptures();
+
 /// Abandons the uploads that are under way, closes the store of their key and lets no other start,
 /// so that whatever else is to be done with their captures is done without waiting for a server.
 /// For the end of the program, while there is still a platform. Main thread.

@@ -80,7 +80,7 @@ void finishCaptures(const Log& log) {
     constexpr std::chrono::seconds patience(10);
     constexpr std::chrono::milliseconds turn(10);
     const QDeadlineTimer deadline(patience);
-    while (CaptureCoordinator::shared().isBusy()) {
+    while (CaptureCoordinator::shared().isBusy() || isActingOnCaptures()) {
         if (deadline.hasExpired()) {
             log.error(QStringLiteral("Leaving before a capture was finished."));
             return;

@@ -57,6 +57,9 @@ QCoro::Task<QUrl> FerryboxUploadService::uploadPNG(QByteArray data, QString file
 QCoro::Task<PresignResponse> FerryboxUploadService::presign(QString filename, qint64 fileSize) {
     auto loading = m_loadKey();
     std::optional<QString> key = co_await std::move(loading);
+    if (!m_session) {
+        throw TransportError::abandoned();
+    }
     if (!key || key->isEmpty()) {
         throw FerryboxUploadError::missingAPIKey();
     }

@@ -2,7 +2,10 @@
 
 #include "base/Wipe.h"
 
+#include <QNetworkProxy>
 #include <QSslSocket>
+
+#include <algorithm>
 
 namespace snapvane {
 
@@ -10,6 +13,10 @@ namespace {
 
 /// How much is handed to the socket ahead of the network, and taken from it at a time.
 constexpr qint64 bufferSize = 256 * 1024;
+
+/// How much the system takes ahead of the network. What it has taken it sends without telling; left
+/// to itself it would take so much that a slow line looks like a dead one.
+constexpr int systemBufferSize = 128 * 1024;
 
 bool isSuccess(int status) {
     return status >= 200 && status <= 299;
@@ -46,8 +53,8 @@ HttpExchange::~HttpExchange() {
 
 void HttpExchange::openPlainly() {
     m_socket = std::make_unique<QTcpSocket>();
-    connect(m_socket.get(), &QTcpSocket::connected, this, &HttpExchange::sendHead);
     follow();
+    connect(m_socket.get(), &QTcpSocket::connected, this, &HttpExchange::sendHead);
     m_socket->connectToHost(m_request.server.host(QUrl::FullyEncoded), portOf(m_request.server));
 }
 
@@ -68,6 +75,11 @@ void HttpExchange::openSecurely() {
 /// Before the socket does anything: it may fail at once.
 void HttpExchange::follow() {
     m_socket->setReadBufferSize(bufferSize);
+    // The library would ask the system for one, and the asking may block.
+    m_socket->setProxy(QNetworkProxy::NoProxy);
+    connect(m_socket.get(), &QTcpSocket::connected, this, [this] {
+        m_socket->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, systemBufferSize);
+    });
     connect(m_socket.get(), &QTcpSocket::bytesWritten, this, &HttpExchange::sendBody);
     connect(m_socket.get(), &QTcpSocket::readyRead, this, &HttpExchange::receive);
     connect(m_socket.get(), &QTcpSocket::errorOccurred, this, &HttpExchange::takeEnd);

@@ -9,6 +9,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
 namespace snapvane {
 
 namespace {
@@ -53,7 +55,9 @@ QByteArray literalTarget(const QString& address) {
 QByteArray hostHeader(const QUrl& server) {
     const QString host = server.host(QUrl::FullyEncoded);
     const QByteArray name = host.contains(u':') ? '[' + host.toLatin1() + ']' : host.toLatin1();
-    return server.port() < 0 ? name : name + ':' + QByteArray::number(server.port());
+    const int usualPort = server.scheme() == QStringLiteral("https") ? 443 : 80;
+    const int port = server.port(usualPort);
+    return port == usualPort ? name : name + ':' + QByteArray::number(port);
 }
 
 } // namespace

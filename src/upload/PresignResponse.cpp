@@ -5,6 +5,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QVariant>
+
+#include <cmath>
+#include <optional>
 
 namespace snapvane {
 

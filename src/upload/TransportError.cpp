@@ -8,6 +8,10 @@ TransportError TransportError::of(QAbstractSocket::SocketError code, const QStri
     if (code == QAbstractSocket::RemoteHostClosedError) {
         return {code, translated("The connection was lost.")};
     }
+    if (code == QAbstractSocket::SocketTimeoutError) {
+        // Of a server that does not even answer the call.
+        return timedOut();
+    }
     return {code, libraryText};
 }
 
