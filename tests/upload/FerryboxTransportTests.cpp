@@ -83,6 +83,16 @@ TEST_P(TransportFaults, OfAPutAreToldAndNotRepeated) {
 INSTANTIATE_TEST_SUITE_P(Servers, TransportFaults, ::testing::ValuesIn(faults),
                          [](const auto& row) { return std::string(row.param.name); });
 
+/// The library would ask for one while the interface waits.
+TEST_F(UploadTransport, NoProxyIsUsed) {
+    QTcpServer proxy;
+    ASSERT_TRUE(proxy.listen(QHostAddress::LocalHost));
+    qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.serverPort()));
+    errorOf(QUrl(u"http://no-such-host.invalid/api"_s), pictureBytes());
+    qunsetenv("http_proxy");
+    EXPECT_FALSE(proxy.waitForNewConnection(100));
+}
+
 TEST_F(UploadTransport, PresignAnswerThatIsCutOffFails) {
     FerryboxServer server({.presign = always(testing::sending(headOnly + "{\"uploadUrl\": \"h"))});
     EXPECT_EQ(failureText(server), QLatin1String(lost));
