@@ -75,8 +75,10 @@ bool OwnConnection::isBroken() const {
 }
 
 xcb_atom_t atom(const Server& server, const QByteArray& name) {
-    static std::mutex mutex;
-    static std::map<QByteArray, xcb_atom_t> known;
+    // Never released: a display that goes ends the program at once, with work under way on other
+    // threads.
+    static auto& mutex = *new std::mutex;
+    static auto& known = *new std::map<QByteArray, xcb_atom_t>;
     const std::scoped_lock lock(mutex);
     if (const auto found = known.find(name); found != known.end()) {
         return found->second;

@@ -339,6 +339,10 @@ void X11OverlaySession::handleCompositorChange() {
 }
 
 void X11OverlaySession::watchCompositor() {
+    // A display that is going has no extensions any more.
+    if (!hasExtension(m_server, &xcb_xfixes_id)) {
+        return;
+    }
     m_selectionEvent = xcb_get_extension_data(m_server.connection, &xcb_xfixes_id)->first_event +
                        XCB_XFIXES_SELECTION_NOTIFY;
     xcb_xfixes_select_selection_input(m_server.connection, m_grab->window(),
