@@ -3,7 +3,7 @@
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "KeyboardShortcuts/MenuItemShortcut.h"
 #include "app/CaptureCoordinator.h"
-#include "app/CaptureShortcut.h"
+#include "capture/CaptureShortcut.h"
 #include "capture/ScreenCapturePermissionManager.h"
 #include "platform/Capturer.h"
 #include "platform/Platform.h"

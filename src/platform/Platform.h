@@ -9,6 +9,7 @@ namespace snapvane {
 class HotKeys;
 class KeyboardLayout;
 class LoginItem;
+class MotionPreference;
 class OverlayHost;
 class Panels;
 class Pasteboard;
@@ -38,6 +39,7 @@ public:
     virtual LoginItem& loginItem() = 0;
     virtual SecretStore& secretStore() = 0;
     virtual TrayHost& trayHost() = 0;
+    virtual MotionPreference& motionPreference() = 0;
 
     /// The platform that `shared()` objects of the program are built on. Asking before one is
     /// installed is a program error.

@@ -1,5 +1,5 @@
 #include "app/AppDelegateFixture.h"
-#include "app/CaptureShortcut.h"
+#include "capture/CaptureShortcut.h"
 #include "selection/LogCapture.h"
 
 #include <QApplication>

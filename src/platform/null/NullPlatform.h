@@ -3,6 +3,7 @@
 #include "platform/Capturer.h"
 #include "platform/KeyboardLayout.h"
 #include "platform/LoginItem.h"
+#include "platform/MotionPreference.h"
 #include "platform/Overlay.h"
 #include "platform/Panels.h"
 #include "platform/Pasteboard.h"
@@ -183,6 +184,13 @@ public:
     bool present = false;
 };
 
+class NullMotionPreference : public MotionPreference {
+public:
+    bool isReduced() const override { return reduced; }
+
+    bool reduced = false;
+};
+
 class NullPlatform : public Platform {
 public:
     QString name() const override { return QStringLiteral("null"); }
@@ -198,6 +206,7 @@ public:
     NullLoginItem& loginItem() override { return m_loginItem; }
     NullSecretStore& secretStore() override { return m_secretStore; }
     NullTrayHost& trayHost() override { return m_trayHost; }
+    NullMotionPreference& motionPreference() override { return m_motionPreference; }
 
 private:
     NullScreens m_screens;
@@ -212,6 +221,7 @@ private:
     NullLoginItem m_loginItem;
     NullSecretStore m_secretStore;
     NullTrayHost m_trayHost;
+    NullMotionPreference m_motionPreference;
 };
 
 } // namespace snapvane::null

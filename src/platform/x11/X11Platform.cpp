@@ -12,6 +12,7 @@
 #include "platform/xdg/LibsecretStore.h"
 #include "platform/xdg/QtPasteboard.h"
 #include "platform/xdg/XdgLoginItem.h"
+#include "platform/xdg/XdgMotionPreference.h"
 #include "platform/xdg/XdgWorkspace.h"
 
 namespace snapvane::x11 {
@@ -33,6 +34,7 @@ public:
     LoginItem& loginItem() override { return m_loginItem; }
     SecretStore& secretStore() override { return m_secretStore; }
     TrayHost& trayHost() override { return m_trayHost; }
+    MotionPreference& motionPreference() override { return m_motionPreference; }
 
 private:
     X11Screens m_screens;
@@ -48,6 +50,7 @@ private:
     xdg::XdgLoginItem m_loginItem;
     xdg::LibsecretStore m_secretStore;
     X11TrayManager m_trayHost;
+    xdg::XdgMotionPreference m_motionPreference;
 };
 
 } // namespace

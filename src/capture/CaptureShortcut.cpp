@@ -1,4 +1,4 @@
-#include "app/CaptureShortcut.h"
+#include "capture/CaptureShortcut.h"
 
 namespace snapvane {
 

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QColor>
+
+namespace snapvane {
+
+/// The least contrast at which small text can be read well, by the Web Content Accessibility
+/// Guidelines (level AA).
+inline constexpr double readableContrast = 4.5;
+
+/// The contrast by the same guidelines, 1 to 21, of a colour, which may be see-through, on an
+/// opaque background. Any thread.
+double contrast(const QColor& color, const QColor& background);
+
+} // namespace snapvane
