@@ -1,8 +1,11 @@
 #include "app/AfterCapture.h"
 
+#include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "actions/CapturePostActionExecutor.h"
 #include "actions/CapturePreferences.h"
 #include "base/Async.h"
+#include "capture/CaptureShortcut.h"
+#include "choice/PostCaptureAskChoiceController.h"
 #include "hud/CaptureHUD.h"
 #include "platform/Platform.h"
 #include "upload/FerryboxAPIKeyTasks.h"
@@ -49,19 +52,43 @@ SharedUploads& sharedUploads() {
     return *uploads;
 }
 
-int runningDefaults = 0;
+int runningChoices = 0;
 
-QCoro::Task<> runSavedDefaults(CaptureResult result) {
-    ++runningDefaults;
-    auto running = CapturePostActionExecutor::run(
-        PostCaptureMenuAction::runSavedDefaults, std::move(result), sharedAfterCaptureFacilities());
+QCoro::Task<> runChoice(PostCaptureMenuAction action, CaptureResult result) {
+    ++runningChoices;
+    auto running =
+        CapturePostActionExecutor::run(action, std::move(result), sharedAfterCaptureFacilities());
     co_await running;
-    --runningDefaults;
+    --runningChoices;
 }
 
-/// Without a window to ask in, the capture must not be lost: the saved defaults are done.
-void answerWithSavedDefaults(CaptureResult result) {
-    startDetached(runSavedDefaults(std::move(result)));
+PostCaptureAskChoiceController& askChoiceController() {
+    using KeyboardShortcuts::NamedShortcuts;
+    Platform& platform = Platform::shared();
+    static auto* controller = new PostCaptureAskChoiceController(
+        {.screens = platform.screens(),
+         .panels = platform.panels(),
+         .keyboardLayout = platform.keyboardLayout(),
+         .motionPreference = platform.motionPreference(),
+         .preferences = CapturePreferences::shared(),
+         .disableShortcut = [] { NamedShortcuts::shared().disable({makeCaptureAreaName()}); },
+         .enableShortcut = [] { NamedShortcuts::shared().enable({makeCaptureAreaName()}); },
+         .run = [](PostCaptureMenuAction action,
+                   CaptureResult result) { startDetached(runChoice(action, std::move(result))); }});
+    return *controller;
+}
+
+bool wasAsked = false;
+bool isLeaving = false;
+
+void askUser(CaptureResult result) {
+    if (isLeaving) {
+        // There is nobody left to ask, and the capture must not be lost.
+        startDetached(runChoice(PostCaptureMenuAction::runSavedDefaults, std::move(result)));
+        return;
+    }
+    wasAsked = true;
+    askChoiceController().present(std::move(result));
 }
 
 } // namespace
@@ -72,11 +99,19 @@ AfterCaptureFacilities sharedAfterCaptureFacilities() {
             .uploader = sharedUploads(),
             .showNotice = [](const QString& message,
                              double duration) { CaptureHUD::shared().show(message, duration); },
-            .askUser = answerWithSavedDefaults};
+            .askUser = askUser};
 }
 
 bool isActingOnCaptures() {
-    return runningDefaults > 0;
+    return runningChoices > 0;
+}
+
+void stopAsking() {
+    isLeaving = true;
+    // Nothing is made for the sake of being ended.
+    if (wasAsked) {
+        askChoiceController().close();
+    }
 }
 
 void endUploads() {

@@ -144,6 +144,7 @@ int runOn(Platform& platform, const Log& log) {
     // What still uses the platform ends before the platform does: an open selection, and captures
     // that are not saved yet.
     CaptureCoordinator::shared().overlayController().dismiss();
+    stopAsking();
     endUploads();
     finishCaptures(log);
     QThreadPool::globalInstance()->waitForDone();

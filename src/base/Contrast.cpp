@@ -7,14 +7,6 @@ namespace snapvane {
 
 namespace {
 
-QColor over(const QColor& color, const QColor& background) {
-    const float part = color.alphaF();
-    const auto mixed = [part](float front, float back) { return part * front + (1 - part) * back; };
-    return QColor::fromRgbF(mixed(color.redF(), background.redF()),
-                            mixed(color.greenF(), background.greenF()),
-                            mixed(color.blueF(), background.blueF()));
-}
-
 // Constants of the guidelines' definition of relative luminance.
 double linear(double channel) {
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -27,10 +19,18 @@ double luminance(const QColor& color) {
 
 } // namespace
 
+QColor blended(const QColor& color, const QColor& background) {
+    const float part = color.alphaF();
+    const auto mixed = [part](float front, float back) { return part * front + (1 - part) * back; };
+    return QColor::fromRgbF(mixed(color.redF(), background.redF()),
+                            mixed(color.greenF(), background.greenF()),
+                            mixed(color.blueF(), background.blueF()));
+}
+
 double contrast(const QColor& color, const QColor& background) {
     constexpr double flare = 0.05;
     const auto [darker, lighter] =
-        std::minmax({luminance(over(color, background)), luminance(background)});
+        std::minmax({luminance(blended(color, background)), luminance(background)});
     return (lighter + flare) / (darker + flare);
 }
 

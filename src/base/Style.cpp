@@ -46,13 +46,16 @@ QColor primary() {
 }
 
 QColor secondary() {
+    const QColor onSurface = secondaryOn(surface());
+    const QColor onCard = secondaryOn(card());
+    return onSurface.alphaF() > onCard.alphaF() ? onSurface : onCard;
+}
+
+QColor secondaryOn(const QColor& background) {
     QColor color = SystemColors::secondaryLabel();
-    const auto canBeRead = [&color] {
-        return contrast(color, surface()) >= readableContrast &&
-               contrast(color, card()) >= readableContrast;
-    };
     // Palettes whose text is no pure black or white need a little more of it.
-    for (int percent = 60; percent <= 100 && !canBeRead(); percent += 2) {
+    for (int percent = 60; percent <= 100 && contrast(color, background) < readableContrast;
+         percent += 2) {
         color.setAlphaF(static_cast<float>(percent) / 100.0F);
     }
     return color;
@@ -64,6 +67,15 @@ QColor hairline() {
 
 QColor accent() {
     return SystemColors::accent();
+}
+
+QColor accentOn(const QColor& background) {
+    QColor color = accent();
+    for (int percent = 10; percent <= 100 && contrast(color, background) < recognisableContrast;
+         percent += 10) {
+        color = blended(withOpacity(primary(), percent / 100.0), accent());
+    }
+    return color;
 }
 
 QColor destructive() {

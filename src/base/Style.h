@@ -31,10 +31,15 @@ QColor primary();
 /// The colour of what only accompanies: the one of text at 60 %, or at more where that could not be
 /// read on a surface or a card.
 QColor secondary();
+/// The same for another opaque background than those two.
+QColor secondaryOn(const QColor& background);
 /// The colour of thin lines between things: the one of text at 10 %.
 QColor hairline();
 /// The desktop's highlight colour.
 QColor accent();
+/// The same for icons on an opaque background: mixed with the colour of text as far as it takes to
+/// tell them from it, since a desktop chooses its highlight colour for what lies behind texts.
+QColor accentOn(const QColor& background);
 /// What cannot be taken back is written in it; red, but dark enough to be read on a surface.
 QColor destructive();
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Geometry.h"
+#include "platform/ScreenPanel.h"
 
 #include <QString>
 
@@ -9,6 +10,8 @@
 class QWidget;
 
 namespace snapvane {
+
+struct Screen;
 
 /// What a panel does with input.
 enum class PanelInput { ClickThrough, Pointer, PointerAndKeyboard };
@@ -50,6 +53,10 @@ public:
     /// The panel owns the widget, whose size is the panel's.
     virtual std::unique_ptr<Panel> create(std::unique_ptr<QWidget> content,
                                           const PanelOptions& options) = 0;
+    /// The panel owns the widget and gives it the screen's size, in points rounded up.
+    virtual std::unique_ptr<ScreenPanel> cover(std::unique_ptr<QWidget> content,
+                                               const Screen& screen,
+                                               const ScreenPanelOptions& options) = 0;
 };
 
 } // namespace snapvane

@@ -57,6 +57,22 @@ TEST(Style, SecondaryIsThreeFifthsOfTextWhereThatIsEnough) {
     EXPECT_NEAR(Style::secondary().alphaF(), 0.6, 0.001);
 }
 
+TEST_P(StylePalettes, SecondaryTextCanBeReadOnOtherBackgroundsToo) {
+    const TestPalette palette(GetParam().text, GetParam().window);
+    const QColor background = blended(Style::withOpacity(Style::primary(), 0.15), Style::surface());
+    EXPECT_GE(contrast(Style::secondaryOn(background), background), readableContrast);
+}
+
+TEST_P(StylePalettes, AccentedIconsCanBeRecognised) {
+    const TestPalette palette(GetParam().text, GetParam().window);
+    EXPECT_GE(contrast(Style::accentOn(Style::surface()), Style::surface()), recognisableContrast);
+}
+
+TEST(Style, AccentedIconsHaveTheAccentWhereItCanBeRecognised) {
+    const TestPalette palette(Qt::black, Qt::white);
+    EXPECT_EQ(Style::accentOn(Style::surface()), Style::accent());
+}
+
 TEST_P(StylePalettes, WhatIsDestructiveIsRed) {
     const TestPalette palette(GetParam().text, GetParam().window);
     EXPECT_NEAR(std::remainder(Style::destructive().hsvHueF() * 360.0, 360.0), 0, 10);

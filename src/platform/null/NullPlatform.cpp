@@ -3,7 +3,10 @@
 #include "platform/UsKeyboardLayout.h"
 #include "platform/null/ImageCanvas.h"
 
+#include <QKeyEvent>
 #include <QWidget>
+
+#include <cmath>
 
 namespace snapvane::null {
 
@@ -120,8 +123,39 @@ std::unique_ptr<Panel> NullPanels::create(std::unique_ptr<QWidget> content,
     return std::make_unique<NullPanel>(*this, std::move(content), options);
 }
 
+NullScreenPanel::NullScreenPanel(NullPanels& owner, std::unique_ptr<QWidget> newContent,
+                                 const Screen& newScreen, ScreenPanelOptions newOptions)
+    : content(std::move(newContent)), screen(newScreen), options(std::move(newOptions)),
+      m_owner(owner) {
+    content->resize(static_cast<int>(std::ceil(screen.frame.size.width)),
+                    static_cast<int>(std::ceil(screen.frame.size.height)));
+    if (!owner.translucent) {
+        picture =
+            QImage(screen.nativeSize().width, screen.nativeSize().height, QImage::Format_RGB32);
+        picture.fill(Qt::darkCyan);
+        picture.setDevicePixelRatio(screen.backingScale);
+    }
+    m_owner.screenPanels.push_back(this);
+}
+
+NullScreenPanel::~NullScreenPanel() {
+    std::erase(m_owner.screenPanels, this);
+}
+
+std::unique_ptr<ScreenPanel> NullPanels::cover(std::unique_ptr<QWidget> content,
+                                               const Screen& screen,
+                                               const ScreenPanelOptions& options) {
+    ++created;
+    return std::make_unique<NullScreenPanel>(*this, std::move(content), screen, options);
+}
+
 std::optional<QString> NullKeyboardLayout::translate(std::uint16_t keyCode) const {
     return keys ? keys(keyCode) : usCharacter(keyCode);
+}
+
+PressedKey NullKeyboardLayout::pressed(const QKeyEvent& event) const {
+    return {static_cast<int>(event.nativeScanCode()), event.text(),
+            event.key() == Qt::Key_Escape || event.key() == Qt::Key_Cancel};
 }
 
 bool NullWorkspace::open(const QUrl& url) {

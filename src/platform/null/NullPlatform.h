@@ -125,13 +125,43 @@ private:
     NullPanels& m_owner;
 };
 
+/// The same over a screen.
+class NullScreenPanel : public ScreenPanel {
+public:
+    NullScreenPanel(NullPanels& owner, std::unique_ptr<QWidget> newContent, const Screen& newScreen,
+                    ScreenPanelOptions newOptions);
+    ~NullScreenPanel() override;
+
+    const QImage& backdrop() const override { return picture; }
+    bool fades() const override { return picture.isNull(); }
+    void setOpacity(double newOpacity) override { opacity = newOpacity; }
+    void orderFront() override { ++raised; }
+    void takeFocus() override { ++focused; }
+
+    std::unique_ptr<QWidget> content;
+    Screen screen;
+    ScreenPanelOptions options;
+    QImage picture;
+    double opacity = 0;
+    int raised = 0;
+    int focused = 0;
+
+private:
+    NullPanels& m_owner;
+};
+
 class NullPanels : public Panels {
 public:
     std::unique_ptr<Panel> create(std::unique_ptr<QWidget> content,
                                   const PanelOptions& options) override;
+    std::unique_ptr<ScreenPanel> cover(std::unique_ptr<QWidget> content, const Screen& screen,
+                                       const ScreenPanelOptions& options) override;
 
     /// Those that there are, the newest last.
     std::vector<NullPanel*> panels;
+    std::vector<NullScreenPanel*> screenPanels;
+    /// False makes screen panels that show a picture of the screen.
+    bool translucent = true;
     int created = 0;
 };
 
@@ -141,6 +171,8 @@ class NullKeyboardLayout : public KeyboardLayout {
 
 public:
     std::optional<QString> translate(std::uint16_t keyCode) const override;
+    /// Takes the event's native scan code for a Carbon code and its text as it is.
+    PressedKey pressed(const QKeyEvent& event) const override;
 
     /// Replaces the US keyboard when set.
     std::function<std::optional<QString>(std::uint16_t keyCode)> keys;

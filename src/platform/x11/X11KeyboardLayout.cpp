@@ -3,6 +3,8 @@
 #include "platform/UsKeyboardLayout.h"
 #include "platform/x11/ServerKeys.h"
 
+#include <QKeyEvent>
+
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace snapvane::x11 {
@@ -25,6 +27,11 @@ constexpr Accent accents[] = {
 
 QString oneCharacter(char32_t character) {
     return QString::fromUcs4(&character, 1);
+}
+
+bool isKeypadCharacter(xkb_keysym_t symbol) {
+    return symbol >= XKB_KEY_KP_Space && symbol <= XKB_KEY_KP_Equal &&
+           xkb_keysym_to_utf32(symbol) != 0;
 }
 
 std::optional<int> keyOfSymbolAt(X11Keyboard& keyboard, xkb_keysym_t symbol, std::uint32_t level) {
@@ -60,6 +67,32 @@ std::optional<QString> X11KeyboardLayout::translate(std::uint16_t keyCode) const
     }
     const auto serverCode = static_cast<std::uint32_t>(serverKeyOfEvdev(twins->evdev));
     return textOfSymbol(m_keyboard.symbol(serverCode, *layout));
+}
+
+PressedKey X11KeyboardLayout::pressed(const QKeyEvent& event) const {
+    PressedKey key;
+    key.keyCode = carbonOfServerKey(event.nativeScanCode());
+    const xkb_keysym_t symbol = symbolIgnoringModifiers(event);
+    key.charactersIgnoringModifiers = textOfSymbol(symbol).value_or(QString());
+    key.isCancelCommand =
+        symbol == XKB_KEY_Escape || symbol == XKB_KEY_Cancel ||
+        (symbol == XKB_KEY_period && event.modifiers().testFlag(Qt::MetaModifier));
+    return key;
+}
+
+xkb_keysym_t X11KeyboardLayout::symbolIgnoringModifiers(const QKeyEvent& event) const {
+    // Key events carry the layout in force in these bits of their modifiers.
+    constexpr std::uint32_t layoutShift = 13;
+    constexpr std::uint32_t layoutMask = 3;
+    const std::uint32_t keyCode = event.nativeScanCode();
+    const std::uint32_t layout = (event.nativeModifiers() >> layoutShift) & layoutMask;
+    const xkb_keysym_t plain = m_keyboard.symbol(keyCode, layout, 0);
+    const xkb_keysym_t shifted = m_keyboard.symbol(keyCode, layout, 1);
+    if (isKeypadCharacter(plain) || isKeypadCharacter(shifted)) {
+        return isKeypadCharacter(plain) ? plain : shifted;
+    }
+    return event.modifiers().testFlag(Qt::ShiftModifier) && shifted != XKB_KEY_NoSymbol ? shifted
+                                                                                        : plain;
 }
 
 std::optional<std::uint32_t> X11KeyboardLayout::asciiCapableLayout() const {

@@ -15,9 +15,11 @@ public:
     explicit X11KeyboardLayout(X11Keyboard& keyboard);
 
     std::optional<QString> translate(std::uint16_t keyCode) const override;
+    PressedKey pressed(const QKeyEvent& event) const override;
 
 private:
     std::optional<std::uint32_t> asciiCapableLayout() const;
+    xkb_keysym_t symbolIgnoringModifiers(const QKeyEvent& event) const;
     bool isAsciiCapable(std::uint32_t layout) const;
 
     X11Keyboard& m_keyboard;

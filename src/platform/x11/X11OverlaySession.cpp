@@ -5,13 +5,16 @@
 #include <QCoreApplication>
 #include <QPointer>
 
-#include <xcb/xfixes.h>
-
 namespace snapvane::x11 {
 
 namespace {
 
 constexpr std::uint32_t primaryButton = 1;
+
+const Log& overlayLog() {
+    static const Log log("Overlay");
+    return log;
+}
 
 } // namespace
 
@@ -25,7 +28,7 @@ X11OverlaySession::X11OverlaySession(const Server& server, const OverlayOptions&
     // Every window keeps its pixels from here on, so that the screen is restored the moment the
     // surfaces go, without anybody having to paint.
     m_redirection.emplace(server);
-    m_translucent = hasCompositor(server) && argbVisual(server) != XCB_NONE;
+    m_translucent = CompositorWatch::showsTransparency(server);
     for (const Screen& screen : m_screens) {
         m_surfaces.push_back(
             std::make_unique<X11OverlaySurface>(server, screen, options, m_translucent, cursor));
@@ -43,12 +46,16 @@ void X11OverlaySession::orderFront() {
         m_client.overlayInputRefused(reason);
     });
     m_motion.setWindow(m_grab->window());
-    watchCompositor();
+    m_compositorWatch.emplace(m_server, m_grab->window(), m_translucent, [this] {
+        overlayLog().notice(QStringLiteral("Compositing was turned on or off during a selection."));
+        m_client.overlayOutdated();
+    });
     xcb_flush(m_server.connection);
 }
 
 X11OverlaySession::~X11OverlaySession() {
     QCoreApplication::instance()->removeNativeEventFilter(this);
+    m_compositorWatch.reset();
     m_grab.reset();
     if (hasCompositor(m_server)) {
         // A compositor that fades windows out keeps the last picture it has of them, so that the
@@ -82,10 +89,6 @@ bool X11OverlaySession::nativeEventFilter(const QByteArray& eventType, void* mes
     const int type = event->response_type & 0x7f;
     if (type == XCB_GE_GENERIC) {
         return handleInput(*reinterpret_cast<const xcb_ge_generic_event_t*>(event));
-    }
-    if (type == m_selectionEvent) {
-        handleCompositorChange();
-        return false; // Qt listens too.
     }
     if (type == XCB_CLIENT_MESSAGE) {
         return m_motion.handle(*reinterpret_cast<const xcb_client_message_event_t*>(event));
@@ -188,33 +191,6 @@ void X11OverlaySession::handleExpose(const xcb_expose_event_t& event) {
         }
     }
     schedulePaint();
-}
-
-void X11OverlaySession::handleCompositorChange() {
-    // Without a compositor see-through windows are black, and with one opaque windows that cover a
-    // screen may end compositing. The event may be about another selection.
-    if ((hasCompositor(m_server) && argbVisual(m_server) != XCB_NONE) == m_translucent) {
-        return;
-    }
-    Log("Overlay").notice(QStringLiteral("Compositing was turned on or off during a selection."));
-    QMetaObject::invokeMethod(
-        &m_context, [this] { m_client.overlayOutdated(); }, Qt::QueuedConnection);
-}
-
-void X11OverlaySession::watchCompositor() {
-    // A display that is going has no extensions any more.
-    if (!hasExtension(m_server, &xcb_xfixes_id)) {
-        return;
-    }
-    m_selectionEvent = xcb_get_extension_data(m_server.connection, &xcb_xfixes_id)->first_event +
-                       XCB_XFIXES_SELECTION_NOTIFY;
-    xcb_xfixes_select_selection_input(m_server.connection, m_grab->window(),
-                                      compositorSelection(m_server),
-                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    // It may have changed since the surfaces were made.
-    handleCompositorChange();
 }
 
 void X11OverlaySession::selectInput(xcb_window_t window) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/x11/CompositorWatch.h"
 #include "platform/x11/MotionGate.h"
 #include "platform/x11/OverlayKeyboard.h"
 #include "platform/x11/SubwindowRedirection.h"
@@ -37,9 +38,7 @@ private:
     OverlayPointerEvent pointerEvent(OverlayPointerEvent::Kind kind, DevicePoint position) const;
     void handleKey(const xcb_input_key_press_event_t& event);
     void handleExpose(const xcb_expose_event_t& event);
-    void handleCompositorChange();
     void selectInput(xcb_window_t window);
-    void watchCompositor();
     void schedulePaint();
     void paintAll();
 
@@ -48,7 +47,6 @@ private:
     OverlayClient& m_client;
     xcb_cursor_t m_cursor;
     std::uint8_t m_inputOpcode = 0;
-    int m_selectionEvent = -1;
     bool m_translucent = false;
     std::function<void(Surfaces)> m_retire;
     std::optional<SubwindowRedirection> m_redirection;
@@ -60,6 +58,7 @@ private:
     QObject m_context;
     MainLoopWatchdog m_watchdog;
     std::unique_ptr<X11InputGrab> m_grab;
+    std::optional<CompositorWatch> m_compositorWatch;
 };
 
 } // namespace snapvane::x11

@@ -1,41 +1,23 @@
 #include "platform/x11/X11Panels.h"
 
+#include "platform/x11/PanelWindow.h"
 #include "platform/x11/RoundedShape.h"
 #include "platform/x11/StackingOrder.h"
+#include "platform/x11/X11ScreenPanel.h"
 #include "platform/x11/X11Screens.h"
 
 #include <QWidget>
-#include <QWindow>
-
-#include <array>
 
 namespace snapvane::x11 {
 
 namespace {
-
-Qt::WindowFlags windowFlags(PanelInput input) {
-    Qt::WindowFlags flags = Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
-                            Qt::NoDropShadowWindowHint;
-    if (input != PanelInput::PointerAndKeyboard) {
-        flags |= Qt::WindowDoesNotAcceptFocus;
-    }
-    if (input == PanelInput::ClickThrough) {
-        flags |= Qt::WindowTransparentForInput;
-    }
-    return flags;
-}
 
 class X11Panel : public Panel {
 public:
     X11Panel(X11Screens& screens, std::unique_ptr<QWidget> content, const PanelOptions& options)
         : m_screens(screens), m_content(std::move(content)), m_options(options),
           m_translucent(hasCompositor(qtServer())) {
-        m_content->setWindowFlags(windowFlags(options.input));
-        m_content->setWindowTitle(options.name);
-        m_content->setAttribute(Qt::WA_ShowWithoutActivating);
-        m_content->setAttribute(Qt::WA_TranslucentBackground, m_translucent);
-        m_content->winId();
-        setWindowIdentity(qtServer(), window(), options.name.toUtf8());
+        PanelWindow::prepare(*m_content, options.name, options.input, m_translucent);
     }
 
     ~X11Panel() override { StackingOrder::remove(window()); }
@@ -64,7 +46,7 @@ public:
     bool isCurrent() const override { return m_translucent == hasCompositor(qtServer()); }
 
 private:
-    xcb_window_t window() const { return static_cast<xcb_window_t>(m_content->winId()); }
+    xcb_window_t window() const { return PanelWindow::of(*m_content); }
 
     void raise() {
         StackingOrder::raise(qtServer(), window(), m_options.level);
@@ -96,17 +78,8 @@ private:
             return;
         }
         m_scale = screen->backingScale;
-        // Qt takes the scale from the screen that it believes the window to be on: the one whose
-        // unscaled corner, in its logical coordinates, the window is moved near to.
-        const DevicePoint corner = screen->nativeFrame.origin;
-        m_content->move(corner.x + qRound(area.minX() - screen->frame.minX()),
-                        corner.y + qRound(screen->frame.maxY() - area.maxY()));
-        const DeviceRect target =
-            ScreenMapping::deviceRect(*screen, ScreenMapping::pixelRect(*screen, area));
-        const std::array<std::uint32_t, 2> values = {static_cast<std::uint32_t>(target.origin.x),
-                                                     static_cast<std::uint32_t>(target.origin.y)};
-        xcb_configure_window(qtServer().connection, window(),
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, values.data());
+        const PixelRect pixels = ScreenMapping::pixelRect(*screen, area);
+        PanelWindow::place(*m_content, *screen, {pixels.x, pixels.y});
     }
 
     X11Screens& m_screens;
@@ -122,6 +95,13 @@ private:
 std::unique_ptr<Panel> X11Panels::create(std::unique_ptr<QWidget> content,
                                          const PanelOptions& options) {
     return std::make_unique<X11Panel>(m_screens, std::move(content), options);
+}
+
+std::unique_ptr<ScreenPanel> X11Panels::cover(std::unique_ptr<QWidget> content,
+                                              const Screen& screen,
+                                              const ScreenPanelOptions& options) {
+    return std::make_unique<X11ScreenPanel>(m_grabber, m_screens.list(), std::move(content), screen,
+                                            options);
 }
 
 } // namespace snapvane::x11

@@ -40,7 +40,7 @@ private:
     X11Screens m_screens;
     X11Capturer m_capturer{m_screens};
     X11OverlayHost m_overlays{m_screens, m_capturer.grabber()};
-    X11Panels m_panels{m_screens};
+    X11Panels m_panels{m_screens, m_capturer.grabber()};
     X11Sprites m_sprites;
     X11Keyboard m_keyboard;
     X11KeyboardLayout m_keyboardLayout{m_keyboard};

@@ -1,6 +1,7 @@
 #include "platform/x11/X11Panels.h"
 
 #include "X11TestDesktop.h"
+#include "platform/x11/RootGrabber.h"
 #include "platform/x11/RoundedShape.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Screens.h"
@@ -112,7 +113,8 @@ protected:
     }
 
     x11::X11Screens m_screens;
-    x11::X11Panels m_panels{m_screens};
+    x11::RootGrabber m_grabber;
+    x11::X11Panels m_panels{m_screens, m_grabber};
     /// Of the panel made last.
     QWidget* m_content = nullptr;
 };

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "capture/CaptureResult.h"
+
+#include <QWidget>
+
+namespace snapvane {
+
+/// The capture in small, its proportions kept, with round corners, an outline and a light shadow.
+/// Owned by the card.
+class ChoiceThumbnail : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ChoiceThumbnail(PlatformImage image, QWidget* parent = nullptr);
+
+    /// As large as fits into the space for it, which never grows beyond 360 × 140 points; at least
+    /// one point each way.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+    /// Points; for screens that the card is too high for.
+    void setMaximumImageHeight(int height);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    const QImage& scaledTo(const QSize& pixels);
+
+    PlatformImage m_image;
+    int m_highest;
+    QImage m_scaled;
+};
+
+} // namespace snapvane
