@@ -38,8 +38,9 @@ void MainLoopWatchdog::watch() {
         missed = now == seen ? missed + 1 : 0;
         seen = now;
         if (missed >= missedBeatsAllowed) {
-            std::fputs("[Watchdog] error: The main loop hangs during a selection; leaving.\n",
-                       stderr);
+            std::fputs(
+                "[Watchdog] error: The main loop hangs while it covers the screen; leaving.\n",
+                stderr);
             // No destructors, no exit handlers: they may wait for the thread that hangs.
             std::_Exit(EXIT_FAILURE);
         }

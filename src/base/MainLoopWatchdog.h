@@ -11,9 +11,9 @@
 
 namespace snapvane {
 
-/// Ends the program when the main loop makes no progress for a while. It runs only while a
-/// selection session holds the keyboard and the pointer: a hang then would leave the user locked
-/// out, whereas the end of the process frees surfaces and grabs. Owned by the overlay session; main
+/// Ends the program when the main loop makes no progress for a while. It runs only while the
+/// program covers a screen and has the keyboard: a hang then would leave the user locked out,
+/// whereas the end of the process frees surfaces and grabs. Owned by what covers the screen; main
 /// thread only.
 class MainLoopWatchdog {
 public:

@@ -89,6 +89,8 @@ X11ScreenPanel::~X11ScreenPanel() {
 void X11ScreenPanel::setOpacity(double opacity) {
     if (m_translucent) {
         m_content->setWindowOpacity(opacity);
+        // Qt sends it no sooner than it has something else to send.
+        xcb_flush(qtServer().connection);
     }
 }
 

@@ -5,6 +5,8 @@
 #include "KeyboardFixture.h"
 #include "support/QtPrinting.h"
 
+#include <QKeyEvent>
+
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 using namespace Qt::StringLiterals;
@@ -116,6 +118,72 @@ TEST_F(X11KeyboardLayoutTest, SymbolsAreFoundOnTheKeysThatGiveThem) {
     }
     setLayout(u"fr"_s);
     EXPECT_EQ(x11::keyOfSymbol(m_keyboard, XKB_KEY_a), 12);
+}
+
+struct Pressed {
+    const char* layouts;
+    xcb_keycode_t key; // The server's code.
+    bool shift;
+    std::uint32_t layout;
+    const char* text;
+};
+
+TEST_F(X11KeyboardLayoutTest, PressedKeysGiveTheirTextWithShiftAlone) {
+    constexpr xcb_keycode_t one = 10;
+    constexpr xcb_keycode_t keypadOne = 87;
+    constexpr xcb_keycode_t keypadEnter = 104;
+    const Pressed table[] = {
+        {"us", one, false, 0, "1"},        {"us", one, true, 0, "!"},
+        {"us", keypadOne, false, 0, "1"},  {"us", keypadOne, true, 0, "1"},
+        {"us", keypadEnter, false, 0, ""}, {"us", 36, false, 0, ""},
+        {"fr", one, false, 0, "&"},        {"fr", one, true, 0, "1"},
+        {"fr", keypadOne, false, 0, "1"},  {"de", one, false, 0, "1"},
+        {"ru", one, false, 0, "1"},        {"ru", 24, false, 0, "й"},
+        {"us,fr", one, false, 1, "&"},     {"us,fr", one, true, 1, "1"},
+        {"us,fr", one, false, 0, "1"},     {"us,fr", keypadOne, false, 1, "1"}};
+    QString current;
+    for (const Pressed& row : table) {
+        if (current != QLatin1String(row.layouts)) {
+            current = QLatin1String(row.layouts);
+            setLayout(current);
+        }
+        SCOPED_TRACE(::testing::Message()
+                     << row.layouts << " " << int(row.key) << " " << row.shift);
+        // Control and Caps Lock are on as well; they mean nothing.
+        const std::uint32_t state = row.layout << 13 | XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_LOCK |
+                                    (row.shift ? std::uint32_t{XCB_MOD_MASK_SHIFT} : 0U);
+        const QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown,
+                              Qt::ControlModifier |
+                                  (row.shift ? Qt::ShiftModifier : Qt::NoModifier),
+                              row.key, 0, state, u""_s);
+        EXPECT_EQ(m_layout.pressed(event).charactersIgnoringModifiers, QString::fromUtf8(row.text));
+    }
+}
+
+TEST_F(X11KeyboardLayoutTest, PressedKeysHaveTheirCarbonCodes) {
+    const std::pair<quint32, std::optional<int>> table[] = {
+        {36, 36}, {104, 76}, {9, 53}, {10, 18}, {87, 83}, {38, 0}, {255, {}}, {0, {}}};
+    for (const auto& [key, keyCode] : table) {
+        const QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, key, 0, 0);
+        EXPECT_EQ(m_layout.pressed(event).keyCode, keyCode) << key;
+    }
+}
+
+TEST_F(X11KeyboardLayoutTest, PressedKeysTellTheCancelCommand) {
+    constexpr quint32 escape = 9;
+    constexpr quint32 capsLock = 66;
+    constexpr quint32 period = 60;
+    const auto isCancel = [this](quint32 key, Qt::KeyboardModifiers modifiers = {}) {
+        return m_layout.pressed({QEvent::KeyPress, Qt::Key_unknown, modifiers, key, 0, 0})
+            .isCancelCommand;
+    };
+    EXPECT_TRUE(isCancel(escape));
+    EXPECT_FALSE(isCancel(capsLock));
+    EXPECT_FALSE(isCancel(period));
+    EXPECT_FALSE(isCancel(period, Qt::ControlModifier));
+    EXPECT_TRUE(isCancel(period, Qt::MetaModifier));
+    remap(u"xmodmap"_s, {u"-e"_s, u"keycode 66 = Escape"_s});
+    EXPECT_TRUE(isCancel(capsLock));
 }
 
 TEST(TextOfSymbol, IsWhatIsShownForIt) {
