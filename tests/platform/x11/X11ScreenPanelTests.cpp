@@ -77,6 +77,8 @@ protected:
     static testing::TestClient::Options clientAt(const QRect& rect) {
         testing::TestClient::Options options;
         options.rect = rect;
+        // No window manager is to have a say in the focus.
+        options.overrideRedirect = true;
         return options;
     }
 
