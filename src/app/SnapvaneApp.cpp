@@ -10,6 +10,7 @@
 #include "app/QXAppVersion.h"
 #include "app/TerminationSignals.h"
 #include "base/AppIdentity.h"
+#include "base/Async.h"
 #include "base/AtomicFile.h"
 #include "base/Log.h"
 #include "base/UserDefaults.h"
@@ -22,7 +23,6 @@
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QThreadPool>
 
 #include <csignal>
 
@@ -93,7 +93,7 @@ void finishCaptures(const Log& log) {
 
 /// In the background: the folders may be on a slow disk.
 void removeUnfinishedCaptures() {
-    QThreadPool::globalInstance()->start([folders = CapturePreferences::shared().saveFolders()] {
+    backgroundPool().start([folders = CapturePreferences::shared().saveFolders()] {
         for (const QString& folder : folders) {
             removeUnfinishedFiles(folder, CaptureFilename::pngFilenamePattern());
         }
@@ -147,7 +147,7 @@ int runOn(Platform& platform, const Log& log) {
     stopAsking();
     endUploads();
     finishCaptures(log);
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundPool().waitForDone();
     return status;
 }
 

@@ -2,6 +2,10 @@
 
 #include "base/ProgramError.h"
 
+#include <QThread>
+
+#include <algorithm>
+
 namespace snapvane {
 
 namespace {
@@ -16,10 +20,23 @@ QCoro::Task<> supervised(QCoro::Task<> task) {
     }
 }
 
+QThreadPool* makePool() {
+    // More than there are processors, since most of it waits.
+    constexpr int fewestThreads = 4;
+    auto* pool = new QThreadPool;
+    pool->setMaxThreadCount(std::max(fewestThreads, QThread::idealThreadCount()));
+    return pool;
+}
+
 } // namespace
 
 void startDetached(QCoro::Task<> task) {
     supervised(std::move(task));
+}
+
+QThreadPool& backgroundPool() {
+    static auto* pool = makePool();
+    return *pool;
 }
 
 } // namespace snapvane

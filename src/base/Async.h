@@ -41,10 +41,15 @@ QCoro::Task<Result> runInBackground(QThreadPool& pool, Work work) {
     co_return std::move(std::get<0>(outcome));
 }
 
-/// The same on the global thread pool.
+/// The program's threads for work in the background; never released. Not Qt's global ones: Qt
+/// paints large areas on those, the main thread waiting, and a disk or a service that hangs must
+/// not stop that. Any thread.
+QThreadPool& backgroundPool();
+
+/// The same on those threads.
 template <typename Work, typename Result = std::invoke_result_t<Work>>
 QCoro::Task<Result> runInBackground(Work work) {
-    return runInBackground(*QThreadPool::globalInstance(), std::move(work));
+    return runInBackground(backgroundPool(), std::move(work));
 }
 
 } // namespace snapvane

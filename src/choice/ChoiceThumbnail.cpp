@@ -1,10 +1,12 @@
 #include "choice/ChoiceThumbnail.h"
 
+#include "base/Async.h"
 #include "base/Rounding.h"
 #include "base/Style.h"
 #include "choice/ChoicePanelColors.h"
 
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +21,21 @@ constexpr int highest = 140;
 constexpr double outlineWidth = 1;
 // From here on a smooth enlargement would be a blur; the pixels are shown as they are instead.
 constexpr double pixelatedFrom = 2;
+
+QImage scaled(const QImage& bitmap, const QSize& pixels, Qt::TransformationMode mode) {
+    QImage picture = bitmap.scaled(pixels, Qt::IgnoreAspectRatio, mode);
+    picture.setDevicePixelRatio(1);
+    return picture;
+}
+
+QCoro::Task<> scaleWell(QPointer<ChoiceThumbnail> thumbnail, QImage bitmap, QSize pixels) {
+    auto scaling = runInBackground(
+        [bitmap, pixels] { return scaled(bitmap, pixels, Qt::SmoothTransformation); });
+    const QImage picture = co_await scaling;
+    if (thumbnail) {
+        thumbnail->takeScaled(picture);
+    }
+}
 
 } // namespace
 
@@ -59,14 +76,27 @@ void ChoiceThumbnail::paintEvent(QPaintEvent*) {
 
 const QImage& ChoiceThumbnail::scaledTo(const QSize& pixels) {
     const QImage& bitmap = m_image.bitmap;
-    if (m_scaled.size() != pixels && !bitmap.isNull()) {
-        const bool isEnlarged = pixels.width() >= pixelatedFrom * bitmap.width() &&
-                                pixels.height() >= pixelatedFrom * bitmap.height();
-        m_scaled = bitmap.scaled(pixels, Qt::IgnoreAspectRatio,
-                                 isEnlarged ? Qt::FastTransformation : Qt::SmoothTransformation);
-        m_scaled.setDevicePixelRatio(1);
+    if (m_scaled.size() == pixels || bitmap.isNull()) {
+        return m_scaled;
+    }
+    const bool isEnlarged = pixels.width() >= pixelatedFrom * bitmap.width() &&
+                            pixels.height() >= pixelatedFrom * bitmap.height();
+    // Rough at first: scaling well takes a while, and waits for its turn behind whatever else is
+    // done in the background, a slow disk included.
+    m_scaled = scaled(bitmap, pixels, Qt::FastTransformation);
+    m_isFinal = isEnlarged || pixels == bitmap.size();
+    if (!m_isFinal) {
+        startDetached(scaleWell(this, bitmap, pixels));
     }
     return m_scaled;
+}
+
+void ChoiceThumbnail::takeScaled(const QImage& picture) {
+    if (picture.size() == m_scaled.size()) {
+        m_scaled = picture;
+        m_isFinal = true;
+        update();
+    }
 }
 
 } // namespace snapvane

@@ -22,6 +22,11 @@ public:
     /// Points; for screens that the card is too high for.
     void setMaximumImageHeight(int height);
 
+    /// False while a picture that was scaled in a hurry stands in for the good one.
+    bool isFinal() const { return m_isFinal; }
+    /// The good one; of no use any more if the size has changed since.
+    void takeScaled(const QImage& picture);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
@@ -31,6 +36,7 @@ private:
     PlatformImage m_image;
     int m_highest;
     QImage m_scaled;
+    bool m_isFinal = true;
 };
 
 } // namespace snapvane

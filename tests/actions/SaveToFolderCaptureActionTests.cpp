@@ -3,6 +3,7 @@
 #include "FileSizeLimit.h"
 #include "OrdinaryUser.h"
 #include "actions/FileError.h"
+#include "base/Async.h"
 #include "base/Await.h"
 #include "support/QtPrinting.h"
 
@@ -213,7 +214,7 @@ TEST_F(SaveToFolderTest, LeavesNothingBehindWhenTheEndOfTheFileDoesNotFit) {
 }
 
 TEST_F(SaveToFolderTest, WritesOnTheThreadPool) {
-    QThreadPool& pool = *QThreadPool::globalInstance();
+    QThreadPool& pool = backgroundPool();
     const int threads = pool.maxThreadCount();
     pool.setMaxThreadCount(1);
     QSemaphore mayGoOn;

@@ -124,4 +124,10 @@ TEST(AsyncDeathTest, SoIsSomethingThrownThatIsNoException) {
                 "Program error");
 }
 
+TEST(BackgroundPool, IsNotWhatQtPaintsWith) {
+    EXPECT_NE(&backgroundPool(), QThreadPool::globalInstance());
+    EXPECT_EQ(&backgroundPool(), &backgroundPool());
+    EXPECT_GE(backgroundPool().maxThreadCount(), 4);
+}
+
 } // namespace snapvane

@@ -2,12 +2,14 @@
 
 #include "base/TestPalette.h"
 #include "choice/ChoiceActionRow.h"
+#include "choice/ChoiceThumbnail.h"
 #include "choice/PostCaptureChoiceDimView.h"
 #include "choice/PostCaptureChoiceKeyRootView.h"
 #include "choice/PostCaptureChoiceView.h"
 #include "platform/null/NullPlatform.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QEnterEvent>
 #include <QPainter>
 #include <QPalette>
@@ -114,9 +116,34 @@ QImage render(const ChoicePicture& picture) {
     backdrop.fill(QColor(0x80, 0x98, 0xa8));
     backdrop.setDevicePixelRatio(picture.scale);
     view.dimView().setBackdrop(backdrop);
-    QImage image(backdrop.size(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(picture.scale);
-    view.render(&image, {}, {}, QWidget::DrawChildren);
+    return renderFinished(view, picture.scale);
+}
+
+bool finishThumbnails(QWidget& widget) {
+    QList<ChoiceThumbnail*> thumbnails = widget.findChildren<ChoiceThumbnail*>();
+    if (auto* itself = qobject_cast<ChoiceThumbnail*>(&widget)) {
+        thumbnails.append(itself);
+    }
+    const QDeadlineTimer deadline(std::chrono::seconds(10));
+    const auto areFinal = [&thumbnails] {
+        return std::all_of(thumbnails.begin(), thumbnails.end(),
+                           [](const ChoiceThumbnail* thumbnail) { return thumbnail->isFinal(); });
+    };
+    while (!areFinal() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    return areFinal();
+}
+
+QImage renderFinished(QWidget& widget, double scale) {
+    QImage image(widget.size() * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    for (int turn = 0; turn < 2; ++turn) {
+        image.fill(Qt::white);
+        widget.render(&image, {}, {}, QWidget::DrawChildren);
+        // What it has just begun to scale.
+        finishThumbnails(widget);
+    }
     image.setDevicePixelRatio(1);
     return image;
 }

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+class QWidget;
+
 /// Pictures of the card as it is to look.
 namespace snapvane::testing {
 
@@ -27,6 +29,14 @@ std::vector<ChoicePicture> choicePictures();
 
 /// The card over a grey desktop, dimmed, with some of it around.
 QImage render(const ChoicePicture& picture);
+
+/// Runs the event loop until all thumbnails in the widget are as they are to be; false when that
+/// takes too long.
+bool finishThumbnails(QWidget& widget);
+
+/// A picture of the widget on white, at that many pixels to the point, with its thumbnails as they
+/// are to be.
+QImage renderFinished(QWidget& widget, double scale);
 
 /// How far two pictures are from each other.
 struct Difference {

@@ -1,11 +1,17 @@
 #include "choice/ChoiceThumbnail.h"
 
+#include "base/Async.h"
 #include "base/TestPalette.h"
+#include "choice/ChoicePictures.h"
 #include "support/QtPrinting.h"
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QPainter>
+#include <QSemaphore>
+
+#include <optional>
 
 namespace snapvane {
 
@@ -24,11 +30,7 @@ struct Fit {
 
 QImage rendered(ChoiceThumbnail& thumbnail, double scale) {
     thumbnail.resize(thumbnail.sizeHint());
-    QImage image(thumbnail.size() * scale, QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(Qt::white);
-    thumbnail.render(&image, {}, {}, QWidget::DrawChildren);
-    return image;
+    return testing::renderFinished(thumbnail, scale);
 }
 
 /// A fine pattern: pixels black and white in turn, in columns of that width.
@@ -41,6 +43,25 @@ PlatformImage columns(QSize pixels, int width) {
     }
     return image;
 }
+
+/// All threads for work in the background are busy, as with a slow disk, while it lives.
+class BusyBackground {
+public:
+    BusyBackground() {
+        for (int i = 0; i < backgroundPool().maxThreadCount(); ++i) {
+            backgroundPool().start([this] { m_end.acquire(); });
+        }
+    }
+    ~BusyBackground() {
+        m_end.release(backgroundPool().maxThreadCount());
+        backgroundPool().waitForDone();
+    }
+    BusyBackground(const BusyBackground&) = delete;
+    BusyBackground& operator=(const BusyBackground&) = delete;
+
+private:
+    QSemaphore m_end;
+};
 
 class ChoiceThumbnailFits : public ::testing::TestWithParam<Fit> {};
 
@@ -89,6 +110,38 @@ TEST(ChoiceThumbnail, AveragesWhatItMakesSmaller) {
     for (int x = 20; x < 340; ++x) {
         EXPECT_NEAR(qGray(image.pixel(x, 70)), 127, 4) << x;
     }
+}
+
+TEST(ChoiceThumbnail, ShowsSomethingBeforeItIsScaledWell) {
+    const TestPalette palette(Qt::black, Qt::white);
+    ChoiceThumbnail thumbnail(columns({2880, 1120}, 1));
+    thumbnail.resize(thumbnail.sizeHint());
+    std::optional<BusyBackground> busy(std::in_place);
+    EXPECT_EQ(thumbnail.grab().toImage().pixelColor(180, 70).alpha(), 255);
+    EXPECT_FALSE(thumbnail.isFinal());
+    busy.reset();
+    EXPECT_TRUE(testing::finishThumbnails(thumbnail));
+}
+
+TEST(ChoiceThumbnail, MayGoWhileItIsScaled) {
+    auto thumbnail = std::make_unique<ChoiceThumbnail>(picture({2880, 1120}));
+    thumbnail->resize(thumbnail->sizeHint());
+    std::optional<BusyBackground> busy(std::in_place);
+    thumbnail->grab();
+    thumbnail.reset();
+    busy.reset();
+    QCoreApplication::processEvents();
+}
+
+TEST(ChoiceThumbnail, DropsAPictureOfASizeItNoLongerHas) {
+    ChoiceThumbnail thumbnail(picture({2880, 1120}));
+    thumbnail.resize(thumbnail.sizeHint());
+    std::optional<BusyBackground> busy(std::in_place);
+    thumbnail.grab();
+    thumbnail.takeScaled(QImage(7, 7, QImage::Format_RGB32));
+    EXPECT_FALSE(thumbnail.isFinal());
+    busy.reset();
+    EXPECT_TRUE(testing::finishThumbnails(thumbnail));
 }
 
 TEST(ChoiceThumbnail, IsSharpAtScaleTwo) {

@@ -1,5 +1,6 @@
 #include "upload/FerryboxAPIKeyTasks.h"
 
+#include "base/Async.h"
 #include "base/Await.h"
 #include "platform/null/NullPlatform.h"
 #include "upload/FerryboxKeychainError.h"
@@ -115,20 +116,20 @@ TEST_F(FerryboxAPIKeyTasksTest, DoNotOvertakeEachOther) {
 
 TEST_F(FerryboxAPIKeyTasksTest, DoNotWaitForOtherWorkInTheBackground) {
     QSemaphore end;
-    QThreadPool& global = *QThreadPool::globalInstance();
-    for (int i = 0; i < global.maxThreadCount(); ++i) {
-        global.start([&end] { end.acquire(); });
+    QThreadPool& others = backgroundPool();
+    for (int i = 0; i < others.maxThreadCount(); ++i) {
+        others.start([&end] { end.acquire(); });
     }
     EXPECT_EQ(load(), std::nullopt);
-    end.release(global.maxThreadCount());
-    global.waitForDone();
+    end.release(others.maxThreadCount());
+    others.waitForDone();
 }
 
 TEST_F(FerryboxAPIKeyTasksTest, LeaveRoomForOtherWorkWhileTheStoreWaits) {
     QSemaphore answer;
     m_store.beforeOperation = [&answer] { answer.acquire(); };
     auto loading = m_tasks->loadKey();
-    EXPECT_EQ(QThreadPool::globalInstance()->activeThreadCount(), 0);
+    EXPECT_EQ(backgroundPool().activeThreadCount(), 0);
     answer.release();
     await(std::move(loading));
 }
