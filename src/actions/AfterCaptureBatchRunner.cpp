@@ -47,7 +47,7 @@ QCoro::Task<> upload(Batch& batch) {
 QCoro::Task<> save(Batch& batch) {
     std::optional<QString> failure;
     try {
-        SaveToFolderCaptureAction action(batch.facilities.preferences.resolvedSaveFolder());
+        SaveToFolderCaptureAction action(batch.facilities.preferences.saveFolderResolver());
         auto saving = action.perform(batch.result);
         const std::optional<QString> message = co_await saving;
         if (message) {

@@ -25,7 +25,7 @@ std::unique_ptr<CaptureAction> actionFor(PostCaptureMenuAction menuAction,
                                                              facilities.pasteboard);
     case PostCaptureMenuAction::saveToFolder:
         return std::make_unique<SaveToFolderCaptureAction>(
-            facilities.preferences.resolvedSaveFolder());
+            facilities.preferences.saveFolderResolver());
     default:
         return std::make_unique<CopyToClipboardCaptureAction>(facilities.pasteboard);
     }

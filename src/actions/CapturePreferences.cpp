@@ -99,14 +99,18 @@ void CapturePreferences::setSaveFolder(const QString& path) {
 }
 
 QString CapturePreferences::resolvedSaveFolder() const {
-    const auto chosen = m_defaults.string(saveFolderKey);
-    if (chosen && isFolder(*chosen)) {
-        return *chosen;
-    }
-    QString folder = defaultSaveFolder();
-    // A failure shows when something is saved there.
-    QDir().mkpath(folder);
-    return folder;
+    return saveFolderResolver()();
+}
+
+std::function<QString()> CapturePreferences::saveFolderResolver() const {
+    return [chosen = m_defaults.string(saveFolderKey), otherwise = defaultSaveFolder()] {
+        if (chosen && isFolder(*chosen)) {
+            return *chosen;
+        }
+        // A failure shows when something is saved there.
+        QDir().mkpath(otherwise);
+        return otherwise;
+    };
 }
 
 QStringList CapturePreferences::saveFolders() const {

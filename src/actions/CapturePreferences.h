@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 namespace snapvane {
 
 class UserDefaults;
@@ -40,6 +42,9 @@ public:
     /// The chosen folder while it is there, else the default one, which is made where that is
     /// possible. An absolute path.
     QString resolvedSaveFolder() const;
+    /// The same for the folder that is chosen now, to be called on any thread: looking at a folder
+    /// may take long on a disk that hangs.
+    std::function<QString()> saveFolderResolver() const;
 
     /// Where captures may have been saved: the chosen folder, there or not, and the default one.
     QStringList saveFolders() const;

@@ -44,8 +44,8 @@ QString save(const QString& folderPath, const QDateTime& capturedAt, const QByte
 } // namespace
 
 QCoro::Task<std::optional<QString>> SaveToFolderCaptureAction::perform(CaptureResult result) {
-    auto saving = runInBackground([folder = m_folderPath, time = result.capturedAt,
-                                   png = result.pngData] { return save(folder, time, png); });
+    auto saving = runInBackground([folder = m_folder, time = result.capturedAt,
+                                   png = result.pngData] { return save(folder(), time, png); });
     const QString name = co_await saving;
     co_return translated("Saved to %1").arg(name);
 }

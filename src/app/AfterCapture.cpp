@@ -1,10 +1,9 @@
 #include "app/AfterCapture.h"
 
-#include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "actions/CapturePostActionExecutor.h"
 #include "actions/CapturePreferences.h"
+#include "app/CaptureShortcutSwitch.h"
 #include "base/Async.h"
-#include "capture/CaptureShortcut.h"
 #include "choice/PostCaptureAskChoiceController.h"
 #include "hud/CaptureHUD.h"
 #include "platform/Platform.h"
@@ -63,7 +62,7 @@ QCoro::Task<> runChoice(PostCaptureMenuAction action, CaptureResult result) {
 }
 
 PostCaptureAskChoiceController& askChoiceController() {
-    using KeyboardShortcuts::NamedShortcuts;
+    static constexpr auto asked = CaptureShortcutSwitch::Reason::CaptureIsAskedAbout;
     Platform& platform = Platform::shared();
     static auto* controller = new PostCaptureAskChoiceController(
         {.screens = platform.screens(),
@@ -71,8 +70,8 @@ PostCaptureAskChoiceController& askChoiceController() {
          .keyboardLayout = platform.keyboardLayout(),
          .motionPreference = platform.motionPreference(),
          .preferences = CapturePreferences::shared(),
-         .disableShortcut = [] { NamedShortcuts::shared().disable({makeCaptureAreaName()}); },
-         .enableShortcut = [] { NamedShortcuts::shared().enable({makeCaptureAreaName()}); },
+         .disableShortcut = [] { CaptureShortcutSwitch::shared().hold(asked); },
+         .enableShortcut = [] { CaptureShortcutSwitch::shared().release(asked); },
          .run = [](PostCaptureMenuAction action,
                    CaptureResult result) { startDetached(runChoice(action, std::move(result))); }});
     return *controller;

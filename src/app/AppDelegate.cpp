@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "KeyboardShortcuts/MenuItemShortcut.h"
 #include "app/CaptureCoordinator.h"
+#include "app/CaptureShortcutSwitch.h"
 #include "capture/CaptureShortcut.h"
 #include "capture/ScreenCapturePermissionManager.h"
 #include "platform/Capturer.h"
@@ -32,18 +33,18 @@ void AppDelegate::applicationWillTerminate() {
         // A menu that counts as closed from now on must not switch the shortcut on again.
         m_statusItem->menu().tracking().disconnect(this);
     }
-    m_with.shortcuts.disable({captureArea()});
+    m_with.shortcutSwitch.hold(CaptureShortcutSwitch::Reason::ProgramIsLeaving);
 }
 
 void AppDelegate::menuWillOpen() {
-    m_with.shortcuts.disable({captureArea()});
+    m_with.shortcutSwitch.hold(CaptureShortcutSwitch::Reason::MenuIsOpen);
     if (m_showScreenCenterItem != nullptr) {
         m_showScreenCenterItem->setChecked(m_with.preferences.showCrosshairLinesWhileCapturing());
     }
 }
 
 void AppDelegate::menuDidClose() {
-    m_with.shortcuts.enable({captureArea()});
+    m_with.shortcutSwitch.release(CaptureShortcutSwitch::Reason::MenuIsOpen);
 }
 
 void AppDelegate::beginCapture(CaptureTrigger trigger) {

@@ -17,6 +17,7 @@ namespace snapvane {
 
 class AppPreferences;
 class CaptureCoordinator;
+class CaptureShortcutSwitch;
 class GuideLines;
 class Platform;
 class ScreenCapturePermissionManager;
@@ -36,6 +37,7 @@ public:
         AppPreferences& preferences;
         GuideLines& guideLines;
         KeyboardShortcuts::NamedShortcuts& shortcuts;
+        CaptureShortcutSwitch& shortcutSwitch;
     };
 
     explicit AppDelegate(const Collaborators& collaborators);

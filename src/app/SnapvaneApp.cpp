@@ -7,6 +7,7 @@
 #include "app/AppDelegate.h"
 #include "app/ApplicationService.h"
 #include "app/CaptureCoordinator.h"
+#include "app/CaptureShortcutSwitch.h"
 #include "app/QXAppVersion.h"
 #include "app/TerminationSignals.h"
 #include "base/AppIdentity.h"
@@ -122,7 +123,8 @@ int runOn(Platform& platform, const Log& log) {
     InstalledShortcuts shortcuts(platform);
     AppDelegate delegate({platform, CaptureCoordinator::shared(),
                           ScreenCapturePermissionManager::shared(), AppPreferences::shared(),
-                          ScreenCenterOverlayManager::shared(), shortcuts.named()});
+                          ScreenCenterOverlayManager::shared(), shortcuts.named(),
+                          CaptureShortcutSwitch::shared()});
     ApplicationService service(delegate);
     switch (service.claim()) {
     case ApplicationService::Claim::First:

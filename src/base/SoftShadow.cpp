@@ -82,4 +82,14 @@ QImage SoftShadow::of(const QSizeF& size, double cornerRadius, double pixelsPerP
     return shadow;
 }
 
+const QImage& CachedShadow::of(const SoftShadow& shadow, const QSizeF& size, double cornerRadius,
+                               double pixelsPerPoint) {
+    const Key key = {shadow, size, cornerRadius, pixelsPerPoint};
+    if (m_picture.isNull() || key != m_key) {
+        m_key = key;
+        m_picture = shadow.of(size, cornerRadius, pixelsPerPoint);
+    }
+    return m_picture;
+}
+
 } // namespace snapvane

@@ -1,6 +1,5 @@
 #include "choice/ChoiceCardShadow.h"
 
-#include "base/SoftShadow.h"
 #include "base/Style.h"
 
 #include <QPainter>
@@ -32,10 +31,7 @@ void ChoiceCardShadow::surround(const QRect& card) {
 void ChoiceCardShadow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const double scale = painter.deviceTransform().m11();
-    if (m_picture.devicePixelRatio() != scale || m_picture.deviceIndependentSize() != size()) {
-        m_picture = shadow().of(m_cardSize, Style::cardRadius, scale);
-    }
-    painter.drawImage(QPointF(0, 0), m_picture);
+    painter.drawImage(QPointF(0, 0), m_picture.of(shadow(), m_cardSize, Style::cardRadius, scale));
 }
 
 } // namespace snapvane

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QImage>
+#include "base/SoftShadow.h"
+
 #include <QWidget>
 
 namespace snapvane {
@@ -21,7 +22,7 @@ protected:
 
 private:
     QSize m_cardSize;
-    QImage m_picture;
+    CachedShadow m_picture;
 };
 
 } // namespace snapvane

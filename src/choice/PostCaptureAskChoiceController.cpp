@@ -20,20 +20,25 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto fadeInDuration = 180ms;
-constexpr auto fadeOutDuration = 150ms;
+struct FadeStyle {
+    std::chrono::milliseconds duration;
+    QEasingCurve::Type curve;
+};
+
+constexpr FadeStyle fadeInStyle = {180ms, QEasingCurve::OutSine};
+constexpr FadeStyle fadeOutStyle = {150ms, QEasingCurve::InSine};
 // Points that a card stays away from the upper and lower border of its screen at least.
 constexpr int cardMargin = 8;
 
 /// Changes a panel's opacity in the course of a while. It lives on by itself, also when the panel
 /// is gone before its end.
 QVariantAnimation* fade(const std::shared_ptr<PostCaptureChoicePanel>& panel, double from,
-                        double to, std::chrono::milliseconds duration) {
+                        double to, const FadeStyle& style) {
     auto* fading = new QVariantAnimation(QCoreApplication::instance());
     fading->setStartValue(from);
     fading->setEndValue(to);
-    fading->setDuration(static_cast<int>(duration.count()));
-    fading->setEasingCurve(QEasingCurve::InOutSine);
+    fading->setDuration(static_cast<int>(style.duration.count()));
+    fading->setEasingCurve(style.curve);
     QObject::connect(fading, &QVariantAnimation::valueChanged, fading,
                      [weak = std::weak_ptr(panel)](const QVariant& opacity) {
                          if (const auto shown = weak.lock()) {
@@ -47,24 +52,20 @@ QVariantAnimation* fade(const std::shared_ptr<PostCaptureChoicePanel>& panel, do
 
 PostCaptureAskChoiceController::PostCaptureAskChoiceController(Collaborators collaborators)
     : m_with(std::move(collaborators)) {
-    connect(&m_with.screens, &Screens::changed, this, [this] {
-        if (m_panel && m_pendingResult) {
-            const auto screen = screenFor(m_pendingResult->globalCaptureRect);
-            if (screen && (screen->nativeFrame != m_panel->screen().nativeFrame ||
-                           screen->backingScale != m_panel->screen().backingScale)) {
-                showAnew();
-            }
-        }
-    });
+    connect(&m_with.screens, &Screens::changed, this, [this] { screensChanged(); });
 }
 
 PostCaptureAskChoiceController::~PostCaptureAskChoiceController() = default;
 
 void PostCaptureAskChoiceController::present(CaptureResult result) {
-    m_panel.reset();
+    const bool wasShown = isShown();
+    dropPanel();
     m_pendingResult = std::move(result);
     const auto screen = screenFor(m_pendingResult->globalCaptureRect);
     if (!screen) {
+        if (wasShown) {
+            m_with.enableShortcut();
+        }
         return;
     }
     makePanel(*screen);
@@ -76,7 +77,7 @@ void PostCaptureAskChoiceController::present(CaptureResult result) {
 }
 
 void PostCaptureAskChoiceController::close() {
-    m_panel.reset();
+    dropPanel();
     m_pendingResult.reset();
 }
 
@@ -97,7 +98,7 @@ void PostCaptureAskChoiceController::dismiss() {
     fadeOut([self = QPointer(this), enableShortcut = m_with.enableShortcut] {
         if (self) {
             // Whichever it is by now.
-            self->m_panel.reset();
+            self->dropPanel();
             self->m_isDismissing = false;
         }
         enableShortcut();
@@ -141,19 +142,47 @@ void PostCaptureAskChoiceController::makePanel(const Screen& screen) {
                                                        });
 }
 
+void PostCaptureAskChoiceController::screensChanged() {
+    if (!m_panel) {
+        return;
+    }
+    // Which screen it is, is told by its pixels: global points move with the primary screen.
+    const ScreenList screens = m_with.screens.list();
+    const bool isThere = std::any_of(screens.begin(), screens.end(), [this](const Screen& screen) {
+        return screen.nativeFrame == m_panel->screen().nativeFrame &&
+               screen.backingScale == m_panel->screen().backingScale;
+    });
+    if (!isThere || m_isOutdated) {
+        showAnew();
+    }
+}
+
 void PostCaptureAskChoiceController::showAnew() {
     if (!m_panel || !m_pendingResult) {
         return;
     }
     const auto screen = screenFor(m_pendingResult->globalCaptureRect);
+    m_isOutdated = !screen;
     if (!screen) {
         return; // There will be one again.
     }
-    m_panel.reset();
+    // Whoever has taken the keyboard from the panel keeps it.
+    const bool hadFocus = m_panel->hasFocus();
+    dropPanel();
     makePanel(*screen);
     m_panel->orderFront();
     m_panel->setOpacity(1);
-    takeFocus();
+    if (hadFocus) {
+        takeFocus();
+    }
+}
+
+void PostCaptureAskChoiceController::dropPanel() {
+    if (m_fadingIn) {
+        m_fadingIn->stop();
+    }
+    m_panel.reset();
+    m_isOutdated = false;
 }
 
 void PostCaptureAskChoiceController::takeFocus() {
@@ -172,7 +201,7 @@ void PostCaptureAskChoiceController::fadeIn() {
         m_panel->setOpacity(1);
         return;
     }
-    m_fadingIn = fade(m_panel, 0, 1, fadeInDuration);
+    m_fadingIn = fade(m_panel, 0, 1, fadeInStyle);
     m_fadingIn->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
@@ -187,7 +216,7 @@ void PostCaptureAskChoiceController::fadeOut(const std::function<void()>& whenOu
         QTimer::singleShot(0, QCoreApplication::instance(), whenOut);
         return;
     }
-    auto* fading = fade(m_panel, from, 0, fadeOutDuration);
+    auto* fading = fade(m_panel, from, 0, fadeOutStyle);
     connect(fading, &QVariantAnimation::finished, fading, whenOut);
     fading->start(QAbstractAnimation::DeleteWhenStopped);
 }

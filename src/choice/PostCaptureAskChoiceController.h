@@ -61,6 +61,8 @@ private:
     void makePanel(const Screen& screen);
     /// The same question after the screens, or how they show transparency, have changed.
     void showAnew();
+    void screensChanged();
+    void dropPanel();
     void takeFocus();
     void fadeIn();
     void fadeOut(const std::function<void()>& whenOut);
@@ -70,6 +72,8 @@ private:
     std::shared_ptr<PostCaptureChoicePanel> m_panel;
     std::optional<CaptureResult> m_pendingResult;
     bool m_isDismissing = false;
+    // The panel would be another one if there were a screen to put it on.
+    bool m_isOutdated = false;
     QPointer<QVariantAnimation> m_fadingIn;
 };
 

@@ -44,6 +44,10 @@ void PostCaptureChoicePanel::takeFocus() {
     m_rootView->setFocus(Qt::ActiveWindowFocusReason);
 }
 
+bool PostCaptureChoicePanel::hasFocus() const {
+    return m_panel->hasFocus();
+}
+
 bool PostCaptureChoicePanel::eventFilter(QObject*, QEvent* event) {
     switch (event->type()) {
     case QEvent::KeyPress:

@@ -37,6 +37,7 @@ public:
     void orderFront();
     /// Gives the panel the keyboard and the root view the keys.
     void takeFocus();
+    bool hasFocus() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 

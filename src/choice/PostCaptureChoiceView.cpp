@@ -1,6 +1,5 @@
 #include "choice/PostCaptureChoiceView.h"
 
-#include "base/SoftShadow.h"
 #include "base/Style.h"
 #include "base/Translation.h"
 #include "choice/ChoiceActionRow.h"
@@ -25,14 +24,18 @@ constexpr double thumbnailShadowReach = 4;
 constexpr double thumbnailShadowDrop = 1;
 constexpr double thumbnailShadowOpacity = 0.22;
 
+/// Painted by itself, since colours that a label is given do not follow the desktop's palette.
 class Heading : public QLabel {
 public:
     explicit Heading(const QString& text) : QLabel(text) {
         setFont(Style::font(headingSize, QFont::DemiBold));
-        setAlignment(Qt::AlignCenter);
-        QPalette colors = palette();
-        colors.setColor(QPalette::WindowText, Style::secondary());
-        setPalette(colors);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setPen(Style::secondary());
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
     }
 };
 
@@ -130,8 +133,9 @@ void PostCaptureChoiceView::paintEvent(QPaintEvent*) {
     const SoftShadow shadow = {Style::withOpacity(Qt::black, thumbnailShadowOpacity),
                                thumbnailShadowReach, thumbnailShadowDrop};
     const QRectF around = QRectF(m_thumbnail->geometry().marginsAdded(shadow.margins()));
-    painter.drawImage(around.topLeft(), shadow.of(m_thumbnail->size(), Style::largeRadius,
-                                                  painter.deviceTransform().m11()));
+    painter.drawImage(around.topLeft(),
+                      m_thumbnailShadow.of(shadow, m_thumbnail->size(), Style::largeRadius,
+                                           painter.deviceTransform().m11()));
 }
 
 } // namespace snapvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "actions/PostCaptureMenuAction.h"
+#include "base/SoftShadow.h"
 #include "capture/CaptureResult.h"
 
 #include <QWidget>
@@ -52,6 +53,7 @@ private:
     Contents m_contents;
     ChoiceThumbnail* m_thumbnail;
     std::vector<ChoiceActionRow*> m_rows;
+    CachedShadow m_thumbnailShadow;
 };
 
 } // namespace snapvane

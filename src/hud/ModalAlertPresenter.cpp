@@ -37,6 +37,9 @@ int ModalAlertPresenter::present(const Alert& alert) {
         box.setDefaultButton(buttons.first());
         box.setEscapeButton(buttons.last());
     }
+    // It belongs to no window, so that it blocks none: a selection, or the question about a
+    // capture, goes on beside it.
+    box.setWindowModality(Qt::WindowModal);
     box.setWindowFlag(Qt::WindowStaysOnTopHint);
     box.show();
     box.raise();

@@ -37,6 +37,7 @@ public:
     /// Gives the panel the keyboard. Whoever had it before gets it back with the end of the panel,
     /// if it is the panel's still.
     virtual void takeFocus() = 0;
+    virtual bool hasFocus() const = 0;
 };
 
 } // namespace snapvane

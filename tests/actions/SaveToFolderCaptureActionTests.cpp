@@ -34,7 +34,7 @@ protected:
     }
 
     static std::optional<QString> save(const QString& folder, const CaptureResult& result) {
-        SaveToFolderCaptureAction action(folder);
+        SaveToFolderCaptureAction action([folder] { return folder; });
         return await(action.perform(result));
     }
 
@@ -78,9 +78,8 @@ protected:
 } // namespace
 
 TEST_F(SaveToFolderTest, KnowsItsIdentifierAndFolder) {
-    const SaveToFolderCaptureAction action(QStringLiteral("/somewhere"));
+    const SaveToFolderCaptureAction action([] { return QStringLiteral("/somewhere"); });
     EXPECT_EQ(action.id(), QStringLiteral("save-to-folder"));
-    EXPECT_EQ(action.folderPath(), QStringLiteral("/somewhere"));
 }
 
 TEST_F(SaveToFolderTest, WritesTheBytesUnderTheNameOfTheTime) {
@@ -220,7 +219,10 @@ TEST_F(SaveToFolderTest, WritesOnTheThreadPool) {
     QSemaphore mayGoOn;
     pool.start([&mayGoOn] { mayGoOn.acquire(); });
 
-    SaveToFolderCaptureAction action(m_root.path());
+    SaveToFolderCaptureAction action([this] {
+        EXPECT_NE(QThread::currentThread(), qApp->thread());
+        return m_root.path();
+    });
     auto saving = action.perform(captureOf("picture"));
     for (int i = 0; i < 20; ++i) {
         QCoreApplication::processEvents();

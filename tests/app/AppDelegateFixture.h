@@ -4,6 +4,7 @@
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "app/AppDelegate.h"
 #include "app/AppFakes.h"
+#include "app/CaptureShortcutSwitch.h"
 #include "base/UserDefaults.h"
 #include "capture/ScreenCapturePermissionManager.h"
 #include "selection/AppPreferences.h"
@@ -73,9 +74,10 @@ protected:
          captures.region(),
          captures.action(),
          alerts}};
+    CaptureShortcutSwitch shortcutSwitch;
     std::unique_ptr<AppDelegate> delegate =
-        std::make_unique<AppDelegate>(AppDelegate::Collaborators{platform, coordinator, permission,
-                                                                 preferences, lines, shortcuts});
+        std::make_unique<AppDelegate>(AppDelegate::Collaborators{
+            platform, coordinator, permission, preferences, lines, shortcuts, shortcutSwitch});
 };
 
 } // namespace snapvane::testing

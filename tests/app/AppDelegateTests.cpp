@@ -162,6 +162,29 @@ TEST_F(AppDelegateTest, AnOpenMenuSwitchesTheShortcutOff) {
     EXPECT_TRUE(isSelecting());
 }
 
+TEST_F(AppDelegateTest, AnOpenMenuIsNotTheOnlyReasonForAShortcutToBeOff) {
+    using Reason = CaptureShortcutSwitch::Reason;
+    launch();
+    shortcutSwitch.hold(Reason::CaptureIsAskedAbout);
+    delegate->menuWillOpen();
+    delegate->menuDidClose();
+    EXPECT_FALSE(hasHotKey()) << "The question is still open.";
+    delegate->menuWillOpen();
+    shortcutSwitch.release(Reason::CaptureIsAskedAbout);
+    EXPECT_FALSE(hasHotKey()) << "The menu is still open.";
+    delegate->menuDidClose();
+    EXPECT_TRUE(hasHotKey());
+}
+
+TEST_F(AppDelegateTest, TheShortcutStaysOffOnceTheProgramLeaves) {
+    using Reason = CaptureShortcutSwitch::Reason;
+    launch();
+    shortcutSwitch.hold(Reason::CaptureIsAskedAbout);
+    delegate->applicationWillTerminate();
+    shortcutSwitch.release(Reason::CaptureIsAskedAbout);
+    EXPECT_FALSE(hasHotKey());
+}
+
 /// While a menu of ours is shown, the program is given the keys that go to it.
 TEST_F(AppDelegateTest, KeysInTheShownMenuDoNotStartACapture) {
     launch();

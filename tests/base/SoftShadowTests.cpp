@@ -59,4 +59,14 @@ TEST(SoftShadow, IsTheSameAtEveryScale) {
     }
 }
 
+TEST(CachedShadow, IsMadeAnewOnlyForOtherValues) {
+    const SoftShadow soft = {Qt::black, 10, 4};
+    CachedShadow cached;
+    const qint64 first = cached.of(soft, {60, 40}, 8, 1.25).cacheKey();
+    EXPECT_EQ(cached.of(soft, {60, 40}, 8, 1.25).cacheKey(), first);
+    EXPECT_NE(cached.of(soft, {60, 41}, 8, 1.25).cacheKey(), first);
+    EXPECT_EQ(cached.of(soft, {60, 40}, 8, 1.25), soft.of({60, 40}, 8, 1.25));
+    EXPECT_EQ(cached.of(soft, {60, 40}, 8, 2), soft.of({60, 40}, 8, 2));
+}
+
 } // namespace snapvane

@@ -90,7 +90,7 @@ TEST(ChoicePanelColors, LinesAndCapsulesAreFaintTextColour) {
 TEST(ChoicePanelColors, TitlesCanBeReadOnEveryTint) {
     for (const Look& look : looks) {
         const TestPalette palette(look.text, look.window);
-        for (const RowState state : {RowState::Idle, RowState::Hovered}) {
+        for (const RowState state : states) {
             for (const bool isDestructive : {false, true}) {
                 SCOPED_TRACE(look.name);
                 const auto colors = ChoicePanelColors::row(state, isDestructive);

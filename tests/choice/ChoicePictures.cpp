@@ -64,6 +64,19 @@ void hover(ChoiceActionRow& row) {
     QApplication::sendEvent(&row, &event);
 }
 
+double meanDifference(const QImage& expected, const QImage& actual, const QRect& area) {
+    double sum = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QRgb a = expected.pixel(x, y);
+            const QRgb b = actual.pixel(x, y);
+            sum += std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) +
+                   std::abs(qBlue(a) - qBlue(b));
+        }
+    }
+    return sum / (3.0 * area.width() * area.height());
+}
+
 const char* nameOf(Thumbnail kind) {
     return kind == Thumbnail::Wide ? "wide" : kind == Thumbnail::Tall ? "tall" : "tiny";
 }
@@ -150,24 +163,22 @@ QImage renderFinished(QWidget& widget, double scale) {
 
 Difference compare(const QImage& expected, const QImage& actual) {
     if (expected.size() != actual.size() || expected.isNull()) {
-        return {255, 1};
+        return {255, 255};
     }
-    constexpr int striking = 51;
-    double sum = 0;
-    double count = 0;
-    for (int y = 0; y < expected.height(); ++y) {
-        for (int x = 0; x < expected.width(); ++x) {
-            const QRgb a = expected.pixel(x, y);
-            const QRgb b = actual.pixel(x, y);
-            const int red = std::abs(qRed(a) - qRed(b));
-            const int green = std::abs(qGreen(a) - qGreen(b));
-            const int blue = std::abs(qBlue(a) - qBlue(b));
-            sum += (red + green + blue) / 3.0;
-            count += std::max({red, green, blue}) > striking ? 1 : 0;
+    constexpr int tile = 16;
+    Difference difference;
+    int tiles = 0;
+    for (int y = 0; y < expected.height(); y += tile) {
+        for (int x = 0; x < expected.width(); x += tile) {
+            const QRect area = QRect(x, y, tile, tile).intersected(expected.rect());
+            const double mean = meanDifference(expected, actual, area);
+            difference.worstTile = std::max(difference.worstTile, mean);
+            difference.mean += mean;
+            ++tiles;
         }
     }
-    const double pixels = static_cast<double>(expected.width()) * expected.height();
-    return {sum / pixels, count / pixels};
+    difference.mean /= tiles;
+    return difference;
 }
 
 } // namespace snapvane::testing

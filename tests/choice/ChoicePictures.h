@@ -42,8 +42,8 @@ QImage renderFinished(QWidget& widget, double scale);
 struct Difference {
     /// Of all colour levels, 0 to 255.
     double mean = 0;
-    /// The part of the pixels that differ by more than a fifth of the whole range.
-    double strikingPart = 0;
+    /// The largest mean of a tile of 16 × 16 pixels.
+    double worstTile = 0;
 };
 
 /// Pictures of different sizes differ in all.

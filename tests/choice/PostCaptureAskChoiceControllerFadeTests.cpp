@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QElapsedTimer>
+#include <QVariantAnimation>
 
 namespace snapvane {
 
@@ -45,9 +46,18 @@ TEST_F(ChoiceFadeTest, TakesAsLongAsStated) {
     QElapsedTimer clock;
     clock.start();
     present();
+    ASSERT_NE(qApp->findChild<QVariantAnimation*>(), nullptr);
+    EXPECT_EQ(qApp->findChild<QVariantAnimation*>()->duration(), 180);
     ASSERT_TRUE(isOpaqueSoon());
     EXPECT_GE(clock.restart(), 180);
+    const auto* fading = qApp->findChild<QVariantAnimation*>();
+    EXPECT_EQ(fading, nullptr) << "It is over.";
     m_controller->dismiss();
+    fading = qApp->findChild<QVariantAnimation*>();
+    ASSERT_NE(fading, nullptr);
+    EXPECT_EQ(fading->duration(), 150);
+    EXPECT_EQ(fading->endValue().toDouble(), 0);
+    clock.restart();
     ASSERT_TRUE(isGoneSoon());
     EXPECT_GE(clock.elapsed(), 150);
 }

@@ -142,6 +142,11 @@ NullScreenPanel::~NullScreenPanel() {
     std::erase(m_owner.screenPanels, this);
 }
 
+void NullScreenPanel::takeFocus() {
+    ++focused;
+    holdsFocus = true;
+}
+
 std::unique_ptr<ScreenPanel> NullPanels::cover(std::unique_ptr<QWidget> content,
                                                const Screen& screen,
                                                const ScreenPanelOptions& options) {

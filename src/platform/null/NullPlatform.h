@@ -136,7 +136,8 @@ public:
     bool fades() const override { return picture.isNull(); }
     void setOpacity(double newOpacity) override { opacity = newOpacity; }
     void orderFront() override { ++raised; }
-    void takeFocus() override { ++focused; }
+    void takeFocus() override;
+    bool hasFocus() const override { return holdsFocus; }
 
     std::unique_ptr<QWidget> content;
     Screen screen;
@@ -145,6 +146,7 @@ public:
     double opacity = 0;
     int raised = 0;
     int focused = 0;
+    bool holdsFocus = false;
 
 private:
     NullPanels& m_owner;

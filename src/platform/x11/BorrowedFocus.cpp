@@ -8,7 +8,7 @@ BorrowedFocus::BorrowedFocus(const Server& server, xcb_window_t window)
     : m_server(server), m_window(window) {}
 
 BorrowedFocus::~BorrowedFocus() {
-    if (m_lender != XCB_NONE && focused() == m_window) {
+    if (m_lender != XCB_NONE && isHeld()) {
         give(m_lender);
     }
 }
@@ -19,6 +19,10 @@ void BorrowedFocus::take() {
         m_lender = holder;
         give(m_window);
     }
+}
+
+bool BorrowedFocus::isHeld() const {
+    return focused() == m_window;
 }
 
 xcb_window_t BorrowedFocus::focused() const {

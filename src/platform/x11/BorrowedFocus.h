@@ -17,6 +17,7 @@ public:
 
     /// The window must be shown. May be asked again, for when somebody else was quicker.
     void take();
+    bool isHeld() const;
 
 private:
     xcb_window_t focused() const;

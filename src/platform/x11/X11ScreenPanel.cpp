@@ -71,6 +71,7 @@ X11ScreenPanel::X11ScreenPanel(RootGrabber& grabber, const ScreenList& screens,
         m_backdrop.setDevicePixelRatio(screen.backingScale);
     }
     PanelWindow::prepare(*m_content, options.name, PanelInput::PointerAndKeyboard, m_translucent);
+    setCompositorHints(qtServer(), window());
     m_focus.emplace(qtServer(), window());
     m_compositorWatch.emplace(qtServer(), window(), m_translucent, [this] {
         if (const auto outdated = std::exchange(m_options.outdated, nullptr)) {
@@ -105,6 +106,10 @@ void X11ScreenPanel::orderFront() {
 
 void X11ScreenPanel::takeFocus() {
     m_focus->take();
+}
+
+bool X11ScreenPanel::hasFocus() const {
+    return m_focus->isHeld();
 }
 
 xcb_window_t X11ScreenPanel::window() const {

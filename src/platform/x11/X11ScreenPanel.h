@@ -33,6 +33,7 @@ public:
     void setOpacity(double opacity) override;
     void orderFront() override;
     void takeFocus() override;
+    bool hasFocus() const override;
 
 private:
     xcb_window_t window() const;
