@@ -2,8 +2,9 @@
 
 #include "base/Rounding.h"
 #include "base/Translation.h"
+#include "selection/LabelFont.h"
+#include "selection/SizeLabel.h"
 
-#include <QFontDatabase>
 #include <QPainter>
 
 #include <algorithm>
@@ -21,22 +22,14 @@ constexpr double leastPadding = 4;
 constexpr double addedHeight = 4;
 constexpr double cornerRadius = 6;
 
-QFont labelFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPixelSize(fontSize);
-    return font;
-}
-
 } // namespace
 
-MagnifierLabel::MagnifierLabel() : m_font(labelFont()), m_metrics(m_font) {}
+MagnifierLabel::MagnifierLabel() : m_font(labelFont(fontSize)), m_metrics(m_font) {}
 
 QString MagnifierLabel::text(GlobalPoint place, GlobalSize selection) {
     QString text = translated("%1, %2").arg(roundedInteger(place.x)).arg(roundedInteger(place.y));
     if (selection.width > 0 && selection.height > 0) {
-        text += translated(" · %1 × %2 pt")
-                    .arg(roundedInteger(selection.width))
-                    .arg(roundedInteger(selection.height));
+        text += QStringLiteral(" · ") + SizeLabel::text(selection);
     }
     return text;
 }

@@ -2,9 +2,8 @@
 
 #include "base/Rounding.h"
 #include "base/Translation.h"
+#include "selection/LabelFont.h"
 
-#include <QFont>
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -21,9 +20,8 @@ constexpr double marginToBounds = 8;
 constexpr int fontSize = 12;
 constexpr float backgroundOpacity = 0.75F;
 
-QFont labelFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPixelSize(fontSize);
+QFont mediumFont() {
+    QFont font = labelFont(fontSize);
     font.setWeight(QFont::Medium);
     return font;
 }
@@ -37,7 +35,7 @@ QString text(GlobalSize size) {
 }
 
 GlobalSize textSize(const QString& text) {
-    const QFontMetricsF metrics(labelFont());
+    const QFontMetricsF metrics(mediumFont());
     return {metrics.horizontalAdvance(text), metrics.height()};
 }
 
@@ -65,7 +63,7 @@ QImage render(const QString& text, PixelSize pixels, double scale) {
     painter.setBrush(QColor::fromRgbF(0, 0, 0, backgroundOpacity));
     painter.drawRoundedRect(area, cornerRadius, cornerRadius);
     painter.setPen(Qt::white);
-    const QFont font = labelFont();
+    const QFont font = mediumFont();
     painter.setFont(font);
     // The text's lower-left corner stands a padding away from the box's.
     const double baseline = area.height() - verticalPadding - QFontMetricsF(font).descent();

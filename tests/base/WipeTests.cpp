@@ -1,5 +1,7 @@
 #include "base/Wipe.h"
 
+#include <QStringList>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;

@@ -1,5 +1,6 @@
 #include "BareBus.h"
 
+#include "BusConfiguration.h"
 #include "Wait.h"
 
 #include <QFile>
@@ -12,18 +13,6 @@ namespace snapvane::testing {
 
 namespace {
 
-constexpr char configuration[] = R"(<busconfig>
-  <type>session</type>
-  <listen>unix:path=%1</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-)";
-
 const QString announcements = u"bare-bus"_s;
 
 QString socketPath(const DesktopFolders& folders) {
@@ -31,8 +20,7 @@ QString socketPath(const DesktopFolders& folders) {
 }
 
 ChildProcess::Spec specFor(const DesktopFolders& folders) {
-    folders.write(u"bare-bus.conf"_s,
-                  QString::fromLatin1(configuration).arg(socketPath(folders)).toLocal8Bit());
+    folders.write(u"bare-bus.conf"_s, busConfiguration(socketPath(folders)));
     QFile::remove(folders.log(announcements));
     ChildProcess::Spec spec;
     spec.program = u"dbus-daemon"_s;

@@ -6,7 +6,8 @@
 
 namespace snapvane::testing {
 
-/// How much more memory this process has held at once since the object was made.
+/// How much more memory this process has held at once since the object was made. A sanitizer keeps
+/// much that the program has long given back, so under one only what is still allocated counts.
 class PeakMemory {
 public:
     PeakMemory();

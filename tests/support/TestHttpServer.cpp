@@ -115,6 +115,8 @@ private:
     }
 
     void serve() {
+        // Else everything that arrives is taken from the network at once, with the head already.
+        m_socket->setReadBufferSize(blockSize);
         QByteArray received;
         while (!received.contains("\r\n\r\n")) {
             if (!receive()) {
@@ -139,8 +141,6 @@ private:
     void readBody(RecordedRequest& request, const HttpPlan& plan) {
         const qint64 size = request.header("Content-Length").value_or(QByteArray()).toLongLong();
         const qint64 wanted = std::min(size, plan.bodyBytesToRead);
-        // Else everything that arrives is taken from the network at once.
-        m_socket->setReadBufferSize(blockSize);
         while (request.body.size() < wanted && pause(plan.pauseBetweenReads) && receive()) {
             request.body += m_socket->read(std::min(wanted - request.body.size(), blockSize));
         }

@@ -1,5 +1,6 @@
 #include "VirtualDesktop.h"
 
+#include "BusConfiguration.h"
 #include "CompositorSetup.h"
 #include "RootPicture.h"
 #include "Wait.h"
@@ -21,19 +22,6 @@ using namespace Qt::StringLiterals;
 namespace snapvane::testing {
 
 namespace {
-
-/// The bus knows no services to start: a test must not depend on what is installed.
-constexpr char busConfiguration[] = R"(<busconfig>
-  <type>session</type>
-  <listen>unix:path=%1</listen>
-  <auth>EXTERNAL</auth>
-  <policy context="default">
-    <allow send_destination="*" eavesdrop="true"/>
-    <allow eavesdrop="true"/>
-    <allow own="*"/>
-  </policy>
-</busconfig>
-)";
 
 bool accepts(const QString& socketPath) {
     const int file = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -151,8 +139,7 @@ void VirtualDesktop::paintRoot() {
 
 void VirtualDesktop::startBus() {
     const QString socketPath = m_folders.runtime() + u"/bus"_s;
-    m_folders.write(u"bus.conf"_s,
-                    QString::fromLatin1(busConfiguration).arg(socketPath).toLocal8Bit());
+    m_folders.write(u"bus.conf"_s, busConfiguration(socketPath));
     m_bus = start(u"dbus-daemon"_s,
                   {u"--config-file="_s + m_folders.path(u"bus.conf"_s), u"--nofork"_s});
     require("the session bus", [&] { return accepts(socketPath); });

@@ -46,6 +46,8 @@ public:
     [[nodiscard]] const DesktopFolders& folders() const { return m_folders; }
     [[nodiscard]] const XcbConnection& connection() const { return *m_connection; }
     [[nodiscard]] QRect rect() const { return m_connection->rootRect(); }
+    /// The one that it was started with.
+    [[nodiscard]] Compositor compositor() const { return m_options.compositor; }
     [[nodiscard]] pid_t serverId() const { return m_server->id(); }
     /// One screen's place, from the left, in native pixels.
     [[nodiscard]] QRect screenRect(int index) const;

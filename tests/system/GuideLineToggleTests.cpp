@@ -2,13 +2,13 @@
 // desktop panel, which draws it in a process of its own.
 
 #include "PointerAidsSuite.h"
+#include "XfcePanel.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
-#include <QFileInfo>
 #include <QSettings>
 
 #include <ctime>
@@ -113,33 +113,12 @@ private:
     QString m_path;
 };
 
-/// One panel at the upper edge with nothing but the tray.
-constexpr char panelConfiguration[] = R"(<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array"><value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="size" type="uint" value="26"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
-)";
-
 class GuideLineToggle : public PointerAidsSuite {
 protected:
     static void SetUpTestSuite() {
         startTwoScreens(Compositor::None);
-        desktop().folders().write(u"config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s,
-                                  panelConfiguration);
-        s_settings = startDaemon(QStringLiteral(SNAPVANE_XFCONFD));
-        s_panel = startDaemon(u"xfce4-panel"_s);
+        s_panel = std::make_unique<XfcePanel>(desktop());
+        s_panel->show();
         startAgent("showCrosshairLinesWhileCapturing=false\n");
         s_menu = std::make_unique<HostedMenu>(desktop());
     }
@@ -148,7 +127,6 @@ protected:
         s_menu.reset();
         endAgent();
         s_panel.reset();
-        s_settings.reset();
         PointerAidsSuite::TearDownTestSuite();
     }
 
@@ -173,21 +151,11 @@ protected:
     static inline const QString label = u"Show crosshair lines while capturing"_s;
 
 private:
-    [[nodiscard]] static std::unique_ptr<ChildProcess> startDaemon(const QString& program) {
-        ChildProcess::Spec spec;
-        spec.program = program;
-        spec.environment = desktop().environment();
-        spec.outputFile = desktop().folders().log(QFileInfo(program).fileName());
-        return std::make_unique<ChildProcess>(spec);
-    }
-
-    static std::unique_ptr<ChildProcess> s_settings;
-    static std::unique_ptr<ChildProcess> s_panel;
+    static std::unique_ptr<XfcePanel> s_panel;
     static std::unique_ptr<HostedMenu> s_menu;
 };
 
-std::unique_ptr<ChildProcess> GuideLineToggle::s_settings;
-std::unique_ptr<ChildProcess> GuideLineToggle::s_panel;
+std::unique_ptr<XfcePanel> GuideLineToggle::s_panel;
 std::unique_ptr<HostedMenu> GuideLineToggle::s_menu;
 
 TEST_F(GuideLineToggle, ShowsAndHidesTheLinesOfARunningSelection) {

@@ -4,14 +4,16 @@
 #include "AgentProcess.h"
 #include "AgentSuite.h"
 #include "HotKeySuite.h"
+#include "XfcePanel.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
-#include <QFileInfo>
 
 #include <X11/keysym.h>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -19,36 +21,11 @@ namespace snapvane::testing {
 
 namespace {
 
-/// One panel at the upper edge with nothing but the tray.
-constexpr char panelConfiguration[] = R"(<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array"><value type="int" value="1"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="size" type="uint" value="26"/>
-      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
-)";
-
 constexpr QPoint iconPlace = {16, 14};
 
 class StatusNotifier : public ::testing::Test {
 protected:
-    void SetUp() override {
-        m_desktop.folders().write(u"config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"_s,
-                                  panelConfiguration);
-        m_settings = startDaemon(QStringLiteral(SNAPVANE_XFCONFD));
-    }
-
-    void startPanel() { m_panel = startDaemon(u"xfce4-panel"_s); }
+    void SetUp() override { m_panel.emplace(m_desktop); }
 
     [[nodiscard]] X11Probe probe() const { return X11Probe(m_desktop.connection()); }
     [[nodiscard]] Injector injector() const { return Injector(m_desktop.connection()); }
@@ -131,22 +108,12 @@ protected:
     }
 
     VirtualDesktop m_desktop{};
-    std::unique_ptr<ChildProcess> m_settings;
-    std::unique_ptr<ChildProcess> m_panel;
+    std::optional<XfcePanel> m_panel;
     AgentProcess m_agent{m_desktop};
-
-private:
-    [[nodiscard]] std::unique_ptr<ChildProcess> startDaemon(const QString& program) const {
-        ChildProcess::Spec spec;
-        spec.program = program;
-        spec.environment = m_desktop.environment();
-        spec.outputFile = m_desktop.folders().log(QFileInfo(program).fileName());
-        return std::make_unique<ChildProcess>(spec);
-    }
 };
 
 TEST_F(StatusNotifier, OurMenuOpensOnAClickAndIsNotInThePicture) {
-    startPanel();
+    m_panel->show();
     ASSERT_TRUE(waitForIcon());
     const QImage before = grabSettledScreen(m_desktop.connection(), m_desktop.rect());
     const WindowInfo window = openMenu(1);
@@ -155,7 +122,7 @@ TEST_F(StatusNotifier, OurMenuOpensOnAClickAndIsNotInThePicture) {
 }
 
 TEST_F(StatusNotifier, TheHostsOwnMenuIsNotInThePicture) {
-    startPanel();
+    m_panel->show();
     ASSERT_TRUE(waitForIcon());
     const QImage before = grabSettledScreen(m_desktop.connection(), m_desktop.rect());
     const WindowInfo window = openMenu(3);
@@ -165,7 +132,7 @@ TEST_F(StatusNotifier, TheHostsOwnMenuIsNotInThePicture) {
 
 /// This host tells when its menu opens and keeps silent when it closes.
 TEST_F(StatusNotifier, TheShortcutComesBackAfterTheHostsMenuWasClosed) {
-    startPanel();
+    m_panel->show();
     ASSERT_TRUE(waitForIcon());
     (void)openHostsMenu();
     injector().tapKey(XK_Escape);
@@ -183,7 +150,7 @@ TEST_F(StatusNotifier, TheShortcutComesBackAfterTheHostsMenuWasClosed) {
 }
 
 TEST_F(StatusNotifier, TheShortcutComesBackAtOnceAfterAnEntryOfTheHostsMenuWasChosen) {
-    startPanel();
+    m_panel->show();
     ASSERT_TRUE(waitForIcon());
     const WindowInfo window = openHostsMenu();
     injector().click({window.rect.center().x(), window.rect.top() + 14});
@@ -196,11 +163,11 @@ TEST_F(StatusNotifier, TheShortcutComesBackAtOnceAfterAnEntryOfTheHostsMenuWasCh
 }
 
 TEST_F(StatusNotifier, IconComesAgainWithTheHost) {
-    startPanel();
+    m_panel->show();
     ASSERT_TRUE(waitForIcon());
-    m_panel.reset();
+    m_panel->close();
     require("the icon to go with its host", [this] { return registeredItems() == 0; });
-    startPanel();
+    m_panel->show();
     EXPECT_TRUE(waitForIcon());
     EXPECT_FALSE(openMenu(1).rect.isEmpty());
 }

@@ -54,21 +54,24 @@ TEST_F(UploadRefused, HasNoKeyAndSavesThePicture) {
 class UploadUnanswered : public LockedKeyring {
 protected:
     void SetUp() override { setUpWith(KeyringUser::Ignores); }
+
+    /// Starts an upload that cannot go on.
+    void captureUntilAsked() {
+        select(area);
+        require("the question for the password", [] { return keyring().isAsking(); });
+        EXPECT_TRUE(agent().savedPictures().isEmpty());
+    }
 };
 
 TEST_F(UploadUnanswered, DoesNotKeepTheNextCaptureWaiting) {
-    select(area);
-    pause(std::chrono::milliseconds(300));
-    EXPECT_TRUE(agent().savedPictures().isEmpty());
+    captureUntilAsked();
     // Throws when the selection does not open.
     select({300, 300, 50, 40});
     EXPECT_EQ(service().server().connectionCount(), 0);
 }
 
 TEST_F(UploadUnanswered, EndsWithTheProgramAndThePictureIsSaved) {
-    select(area);
-    pause(std::chrono::milliseconds(300));
-    EXPECT_TRUE(agent().savedPictures().isEmpty());
+    captureUntilAsked();
     QElapsedTimer clock;
     clock.start();
     const ChildProcess::Exit exit = agent().terminate();

@@ -24,6 +24,7 @@ protected:
     /// Takes the place of the keyring there was.
     static void restartKeyring(KeyringUser user);
     static void storeKey();
+    static const SecretServiceDaemon& keyring() { return *s_keyring; }
 
     void TearDown() override;
 

@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QJsonDocument>
+#include <QScopeGuard>
 
 #include <semaphore>
 
@@ -51,11 +52,13 @@ protected:
 } // namespace
 
 TEST_F(UploadOverlap, SecondUploadOvertakesTheFirst) {
-    std::binary_semaphore mayAnswer(0);
+    // By the test, and at its end, should it fail before: the server waits for the answer.
+    std::counting_semaphore<2> mayAnswer(0);
     const FerryboxServer slow({.presign = [&](const RecordedRequest&) {
         mayAnswer.acquire();
         return answering(403);
     }});
+    const auto ending = qScopeGuard([&mayAnswer] { mayAnswer.release(); });
     const FerryboxServer quick;
     Outcome first;
     keep(startUpload(slow.baseURL()), &first);

@@ -2,8 +2,10 @@
 
 #include "platform/x11/Xcb.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <thread>
 
@@ -13,9 +15,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A compositor that has not drawn by then is busy or fades windows in; what it still shows of ours
-// was concealed before, so the grab is right all the same.
+// A compositor that shows the probe but not fully by then fades windows in; it has drawn all that
+// came before.
 constexpr auto patience = std::chrono::milliseconds(150);
+// One that shows nothing of it is busy, and may not even have drawn the concealment of a selection.
+constexpr auto patienceWithTheBusy = std::chrono::seconds(1);
+// A probe that was seen inside the area is in the picture unless it is waited for.
+constexpr auto patienceUntilGone = std::chrono::seconds(2);
 constexpr auto pollInterval = std::chrono::milliseconds(1);
 constexpr std::uint32_t colorBits = 0x00ffffff;
 
@@ -87,17 +93,61 @@ private:
     xcb_colormap_t m_colormap = XCB_NONE;
 };
 
-/// Looks at the pixel until it is, or is no longer, the colour; false when time ran out.
-bool waitForPixel(const Server& server, DevicePoint position, std::uint32_t color, bool shown,
-                  Clock::time_point deadline) {
-    while (Clock::now() < deadline) {
+/// Looks at the pixel, once at least, until `accepts` does; false when time ran out or the pixel
+/// cannot be read.
+template <typename Accepts>
+bool waitForPixel(const Server& server, DevicePoint position, Clock::time_point deadline,
+                  Accepts accepts) {
+    for (;;) {
         const auto pixel = pixelAt(server, position);
-        if (!pixel || (*pixel == color) == shown) {
+        if (!pixel || accepts(*pixel)) {
             return pixel.has_value();
+        }
+        if (Clock::now() >= deadline) {
+            return false;
         }
         std::this_thread::sleep_for(pollInterval);
     }
-    return false;
+}
+
+/// Adds up over the channels.
+int distance(std::uint32_t one, std::uint32_t other) {
+    int sum = 0;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const auto channel = [shift](std::uint32_t pixel) {
+            return static_cast<int>(pixel >> shift & 0xffU);
+        };
+        sum += std::abs(channel(one) - channel(other));
+    }
+    return sum;
+}
+
+/// Leaves behind whether anything of the probe was seen.
+void waitForProbe(const Server& server, DevicePoint position, std::uint32_t before,
+                  std::uint32_t color, CompositorHabits& habits) {
+    const auto start = Clock::now();
+    const auto isShown = [color](auto pixel) { return pixel == color; };
+    const auto isBegun = [color, far = distance(before, color)](auto pixel) {
+        return distance(pixel, color) < far;
+    };
+    if (waitForPixel(server, position, start + patience, isShown)) {
+        habits.showsProbes = true;
+        return;
+    }
+    const Clock::duration more = habits.showsProbes ? patienceWithTheBusy : patience;
+    habits.showsProbes = waitForPixel(server, position, start + more, isBegun);
+}
+
+/// Of a probe that is in the picture until it is gone from the glass.
+void removeFromGlass(const Server& server, const Probe& probe, DevicePoint position,
+                     std::uint32_t before, std::uint32_t color) {
+    VanishingProbe vanishing(before, color);
+    if (const auto pixel = pixelAt(server, position)) {
+        vanishing.isGone(*pixel);
+    }
+    probe.conceal();
+    waitForPixel(server, position, Clock::now() + patienceUntilGone,
+                 [&vanishing](auto pixel) { return vanishing.isGone(pixel); });
 }
 
 } // namespace
@@ -122,7 +172,7 @@ std::optional<ProbePlace> probePlace(const DeviceRect& area,
     return ProbePlace{screens.front().origin, true};
 }
 
-void passCompositorBarrier(const Server& server, const DeviceRect& area,
+void passCompositorBarrier(const Server& server, CompositorHabits& habits, const DeviceRect& area,
                            const std::vector<DeviceRect>& screens) {
     const auto place = probePlace(area, screens);
     if (!place || !hasCompositor(server)) {
@@ -133,17 +183,23 @@ void passCompositorBarrier(const Server& server, const DeviceRect& area,
     if (!before) {
         return;
     }
-    const auto deadline = Clock::now() + patience;
     // Far from what is there in every channel.
     const std::uint32_t color = *before ^ 0x00808080U;
     const Probe probe(server, place->position, color);
-    const bool shown = waitForPixel(server, place->position, color, true, deadline);
+    waitForProbe(server, place->position, *before, color, habits);
     if (place->insideArea) {
-        probe.conceal();
-        // Where a fade kept the probe from showing fully, what was there before must come back.
-        waitForPixel(server, place->position, shown ? color : *before, !shown,
-                     Clock::now() + patience);
+        removeFromGlass(server, probe, place->position, *before, color);
     }
+}
+
+VanishingProbe::VanishingProbe(std::uint32_t before, std::uint32_t color)
+    : m_before(before), m_color(color) {}
+
+bool VanishingProbe::isGone(std::uint32_t pixel) {
+    const int now = distance(pixel, m_color);
+    const bool gone = pixel == m_before || now > m_nearest;
+    m_nearest = std::min(m_nearest, now);
+    return gone;
 }
 
 } // namespace snapvane::x11

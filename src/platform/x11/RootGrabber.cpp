@@ -54,6 +54,7 @@ struct RootGrabber::Resources {
     SegmentPool segmentsBeneath;
     // Made when a window has to be left out for the first time.
     std::optional<StackComposition> composition;
+    CompositorHabits habits;
 
     const Server& server() const { return connection->server(); }
 };
@@ -88,7 +89,7 @@ QImage RootGrabber::grab(const DeviceRect& area, const std::vector<DeviceRect>& 
                          const std::vector<std::uint32_t>& excluded) {
     const std::scoped_lock lock(m_mutex);
     const auto resources = connected();
-    passCompositorBarrier(resources->server(), area, screens);
+    passCompositorBarrier(resources->server(), resources->habits, area, screens);
     return excluded.empty() ? read(resources, resources->server().root(), area)
                             : grabWithout(excluded, resources, area);
 }
@@ -100,7 +101,8 @@ std::vector<ShareableWindow> RootGrabber::windows(const ContentQuery& query) {
 
 void RootGrabber::waitForGlass(const std::vector<DeviceRect>& screens) {
     const std::scoped_lock lock(m_mutex);
-    passCompositorBarrier(connected()->server(), {}, screens);
+    const auto resources = connected();
+    passCompositorBarrier(resources->server(), resources->habits, {}, screens);
 }
 
 bool RootGrabber::trim() {

@@ -5,6 +5,8 @@
 #include "platform/xdg/GLibPointers.h"
 #include "platform/xdg/PromptingService.h"
 
+#include <QScopeGuard>
+
 #include <libsecret/secret.h>
 
 namespace snapvane::xdg {
@@ -107,64 +109,47 @@ LibsecretStore::~LibsecretStore() {
 }
 
 Status LibsecretStore::copy(const QString& service, const QString& account, QByteArray& value) {
-    return guarded([&](CallGuard& guard) {
+    return onService([&](SecretService& secrets, GCancellable* cancellable) {
         Failure failure;
-        const auto bus = connectToBus(guard.cancellable(), failure);
-        const auto secrets = bus ? openService(guard.cancellable(), failure) : nullptr;
-        if (!secrets) {
-            return failure.status();
-        }
         const auto attributes = attributesOf(service, account);
-        const ItemsPointer items(secret_service_search_sync(secrets.get(), &schema(),
-                                                            attributes.get(), SECRET_SEARCH_UNLOCK,
-                                                            guard.cancellable(), failure.out()));
+        const ItemsPointer items(secret_service_search_sync(&secrets, &schema(), attributes.get(),
+                                                            SECRET_SEARCH_UNLOCK, cancellable,
+                                                            failure.out()));
         if (failure) {
             return failure.status();
         }
-        return items ? valueOf(*SECRET_ITEM(items->data), guard.cancellable(), value)
-                     : itemNotFound;
+        return items ? valueOf(*SECRET_ITEM(items->data), cancellable, value) : itemNotFound;
     });
 }
 
 Status LibsecretStore::add(const QString& service, const QString& account,
                            const QByteArray& value) {
-    return guarded([&](CallGuard& guard) {
+    return onService([&](SecretService& secrets, GCancellable* cancellable) {
         Failure failure;
-        const auto bus = connectToBus(guard.cancellable(), failure);
-        const auto secrets = bus ? openService(guard.cancellable(), failure) : nullptr;
-        if (!secrets) {
-            return failure.status();
-        }
         const auto attributes = attributesOf(service, account);
         const ValuePointer secret(secret_value_new(value.constData(), value.size(), contentType));
-        const bool stored =
-            secret_service_store_sync(secrets.get(), &schema(), attributes.get(),
-                                      SECRET_COLLECTION_DEFAULT, label, secret.get(),
-                                      guard.cancellable(), failure.out()) != FALSE;
+        const bool stored = secret_service_store_sync(
+                                &secrets, &schema(), attributes.get(), SECRET_COLLECTION_DEFAULT,
+                                label, secret.get(), cancellable, failure.out()) != FALSE;
         return stored ? success : failure.status();
     });
 }
 
 Status LibsecretStore::remove(const QString& service, const QString& account) {
-    return guarded([&](CallGuard& guard) {
+    return onService([&](SecretService& secrets, GCancellable* cancellable) {
         Failure failure;
-        const auto bus = connectToBus(guard.cancellable(), failure);
-        const auto secrets = bus ? openService(guard.cancellable(), failure) : nullptr;
-        if (!secrets) {
-            return failure.status();
-        }
         const auto attributes = attributesOf(service, account);
         const auto flags = static_cast<SecretSearchFlags>(SECRET_SEARCH_ALL | SECRET_SEARCH_UNLOCK);
-        const ItemsPointer items(secret_service_search_sync(
-            secrets.get(), &schema(), attributes.get(), flags, guard.cancellable(), failure.out()));
+        const ItemsPointer items(secret_service_search_sync(&secrets, &schema(), attributes.get(),
+                                                            flags, cancellable, failure.out()));
         if (failure) {
             return failure.status();
         }
         Status status = items ? success : itemNotFound;
         for (const GList* item = items.get(); item != nullptr; item = item->next) {
             Failure refusal;
-            if (secret_item_delete_sync(SECRET_ITEM(item->data), guard.cancellable(),
-                                        refusal.out()) == FALSE) {
+            if (secret_item_delete_sync(SECRET_ITEM(item->data), cancellable, refusal.out()) ==
+                FALSE) {
                 status = refusal.status();
             }
         }
@@ -184,20 +169,32 @@ void LibsecretStore::closeNow() {
     }
 }
 
-Status LibsecretStore::guarded(const std::function<Status(CallGuard& guard)>& operation) {
+Status LibsecretStore::onService(const Operation& operation) {
     CallGuard guard(m_limit);
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_closed) {
-            return closed;
-        }
+    if (!begin(guard)) {
+        return closed;
+    }
+    const auto ending = qScopeGuard([this, &guard] { end(guard); });
+    Failure failure;
+    const auto bus = connectToBus(guard.cancellable(), failure);
+    const auto secrets = bus ? openService(guard.cancellable(), failure) : nullptr;
+    const Status status = secrets ? operation(*secrets, guard.cancellable()) : failure.status();
+    const std::lock_guard lock(m_mutex);
+    return m_closed && status != success ? closed : status;
+}
+
+bool LibsecretStore::begin(CallGuard& guard) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_closed) {
         m_underWay.push_back(&guard);
     }
-    const Status status = operation(guard);
+    return !m_closed;
+}
+
+void LibsecretStore::end(CallGuard& guard) {
     const std::lock_guard lock(m_mutex);
     std::erase(m_underWay, &guard);
     m_ended.notify_all();
-    return m_closed && status != success ? closed : status;
 }
 
 } // namespace snapvane::xdg

@@ -8,6 +8,10 @@
 #include <mutex>
 #include <vector>
 
+// The libraries' own names, so that their headers stay out of this one.
+using GCancellable = struct _GCancellable;
+using SecretService = struct _SecretService;
+
 namespace snapvane::xdg {
 
 class CallGuard;
@@ -37,7 +41,13 @@ public:
     void close() override;
 
 private:
-    Status guarded(const std::function<Status(CallGuard& guard)>& operation);
+    using Operation = std::function<Status(SecretService& service, GCancellable* cancellable)>;
+
+    /// Does the operation with a service of its own, or tells why there is none.
+    Status onService(const Operation& operation);
+    /// False when the store is closed.
+    bool begin(CallGuard& guard);
+    void end(CallGuard& guard);
     void closeNow();
 
     std::chrono::milliseconds m_limit;
