@@ -48,6 +48,18 @@ QVariantAnimation* fade(const std::shared_ptr<PostCaptureChoicePanel>& panel, do
     return fading;
 }
 
+/// Which screen it is, is told by its pixels: global points move with the primary screen.
+bool isSame(const Screen& one, const Screen& other) {
+    return one.nativeFrame == other.nativeFrame && one.backingScale == other.backingScale;
+}
+
+std::optional<Screen> find(const ScreenList& screens, const Screen& wanted) {
+    const auto found =
+        std::find_if(screens.begin(), screens.end(),
+                     [&wanted](const Screen& screen) { return isSame(screen, wanted); });
+    return found != screens.end() ? std::optional(*found) : std::nullopt;
+}
+
 } // namespace
 
 PostCaptureAskChoiceController::PostCaptureAskChoiceController(Collaborators collaborators)
@@ -68,6 +80,7 @@ void PostCaptureAskChoiceController::present(CaptureResult result) {
         }
         return;
     }
+    m_home = screen;
     makePanel(*screen);
     m_isDismissing = false;
     m_with.disableShortcut();
@@ -146,13 +159,9 @@ void PostCaptureAskChoiceController::screensChanged() {
     if (!m_panel) {
         return;
     }
-    // Which screen it is, is told by its pixels: global points move with the primary screen.
     const ScreenList screens = m_with.screens.list();
-    const bool isThere = std::any_of(screens.begin(), screens.end(), [this](const Screen& screen) {
-        return screen.nativeFrame == m_panel->screen().nativeFrame &&
-               screen.backingScale == m_panel->screen().backingScale;
-    });
-    if (!isThere || m_isOutdated) {
+    const bool isAway = !isSame(m_panel->screen(), *m_home) && find(screens, *m_home);
+    if (isAway || !find(screens, m_panel->screen()) || m_isOutdated) {
         showAnew();
     }
 }
@@ -161,7 +170,10 @@ void PostCaptureAskChoiceController::showAnew() {
     if (!m_panel || !m_pendingResult) {
         return;
     }
-    const auto screen = screenFor(m_pendingResult->globalCaptureRect);
+    auto screen = find(m_with.screens.list(), *m_home);
+    if (!screen) {
+        screen = screenFor(m_pendingResult->globalCaptureRect);
+    }
     m_isOutdated = !screen;
     if (!screen) {
         return; // There will be one again.

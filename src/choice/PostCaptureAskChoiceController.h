@@ -71,6 +71,8 @@ private:
     Collaborators m_with;
     std::shared_ptr<PostCaptureChoicePanel> m_panel;
     std::optional<CaptureResult> m_pendingResult;
+    // Where the question belongs; it goes elsewhere while that screen is away.
+    std::optional<Screen> m_home;
     bool m_isDismissing = false;
     // The panel would be another one if there were a screen to put it on.
     bool m_isOutdated = false;

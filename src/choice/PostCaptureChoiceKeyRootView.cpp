@@ -6,6 +6,7 @@
 #include "choice/PostCaptureChoiceDimView.h"
 #include "platform/KeyboardLayout.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 
 namespace snapvane {
@@ -16,10 +17,18 @@ namespace {
 constexpr int returnKeyCode = 36;
 constexpr int escapeKeyCode = 53;
 
+/// To assistive technology the view is a dialogue that asks something, not just some area.
+QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+    auto* view = qobject_cast<PostCaptureChoiceKeyRootView*>(object);
+    return view != nullptr ? new QAccessibleWidget(view, QAccessible::Dialog) : nullptr;
+}
+
 } // namespace
 
 PostCaptureChoiceKeyRootView::PostCaptureChoiceKeyRootView(const KeyboardLayout& layout)
     : m_layout(layout) {
+    // A second installation of the same changes nothing.
+    QAccessible::installFactory(makeAccessible);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::ArrowCursor);
     setAccessibleName(translated("After capture"));

@@ -222,6 +222,20 @@ TEST_F(ChoiceControllerTest, AsksAnewWhereItsScreenHasChanged) {
     EXPECT_THAT(m_events, ElementsAre("disable", "run 3 png", "enable"));
 }
 
+TEST_F(ChoiceControllerTest, ComesBackToItsScreen) {
+    setTwoScreens();
+    const ScreenList both = m_screens.screens;
+    present(around(1930, 900));
+    m_screens.screens.pop_back();
+    Q_EMIT m_screens.changed();
+    EXPECT_EQ(panel().screen.name, u"Left"_s);
+    m_screens.screens = both;
+    Q_EMIT m_screens.changed();
+    EXPECT_EQ(panel().screen.name, u"Right"_s);
+    Q_EMIT m_screens.changed();
+    EXPECT_EQ(m_panels.created, 3);
+}
+
 TEST_F(ChoiceControllerTest, KeepsThePanelWhereOnlyOthersHaveChanged) {
     setTwoScreens();
     present(around(10, 10));

@@ -240,6 +240,7 @@ TEST_F(KeyRootViewTest, TheDimIsPaintedOverTheBackdrop) {
 TEST_F(KeyRootViewTest, TellsAssistiveTechnologyWhatItIs) {
     QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&m_view);
     ASSERT_NE(accessible, nullptr);
+    EXPECT_EQ(accessible->role(), QAccessible::Dialog);
     EXPECT_EQ(accessible->text(QAccessible::Name), u"After capture"_s);
     EXPECT_EQ(m_view.focusPolicy(), Qt::StrongFocus);
 }

@@ -84,6 +84,7 @@ X11ScreenPanel::~X11ScreenPanel() {
     StackingOrder::remove(window());
     m_compositorWatch.reset();
     m_focus.reset();
+    conceal();
     m_content->hide();
 }
 
@@ -114,6 +115,19 @@ bool X11ScreenPanel::hasFocus() const {
 
 xcb_window_t X11ScreenPanel::window() const {
     return PanelWindow::of(*m_content);
+}
+
+void X11ScreenPanel::conceal() {
+    if (!m_translucent) {
+        return;
+    }
+    // A compositor that fades windows out, or lags behind the opacity, goes on showing what a
+    // window held when it went: let that be nothing.
+    const Server server = qtServer();
+    const std::uint32_t transparent = 0;
+    xcb_change_window_attributes(server.connection, window(), XCB_CW_BACK_PIXEL, &transparent);
+    xcb_clear_area(server.connection, 0, window(), 0, 0, 0, 0);
+    roundTrip(server);
 }
 
 void X11ScreenPanel::cutToScreen() {

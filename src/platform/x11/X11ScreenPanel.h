@@ -38,6 +38,7 @@ public:
 private:
     xcb_window_t window() const;
     void cutToScreen();
+    void conceal();
 
     Screen m_screen;
     ScreenPanelOptions m_options;
