@@ -28,7 +28,7 @@ PlatformImage noise(int width, int height) {
 void paintThumbnail(benchmark::State& state) {
     const PlatformImage image =
         noise(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         ChoiceThumbnail thumbnail(image);
         thumbnail.resize(thumbnail.sizeHint());
         benchmark::DoNotOptimize(thumbnail.grab());
@@ -38,7 +38,7 @@ void paintThumbnail(benchmark::State& state) {
 void makeAndPaintCard(benchmark::State& state) {
     const PlatformImage image = noise(640, 360);
     const null::NullKeyboardLayout layout;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto iteration : state) {
         PostCaptureChoiceKeyRootView view(layout);
         view.resize(1920, 1080);
         view.install(std::make_unique<PostCaptureChoiceView>(PostCaptureChoiceView::Contents{

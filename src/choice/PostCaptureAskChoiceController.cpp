@@ -80,8 +80,8 @@ void PostCaptureAskChoiceController::present(CaptureResult result) {
         }
         return;
     }
-    m_home = screen;
-    makePanel(*screen);
+    m_home = *screen;
+    makePanel(*screen, m_pendingResult->image);
     m_isDismissing = false;
     m_with.disableShortcut();
     m_panel->orderFront();
@@ -120,7 +120,7 @@ void PostCaptureAskChoiceController::dismiss() {
 
 std::optional<Screen> PostCaptureAskChoiceController::screenFor(const GlobalRect& rect) {
     const ScreenList screens = m_with.screens.list();
-    if (const auto holding = screenContaining(screens, {rect.midX(), rect.midY()})) {
+    if (auto holding = screenContaining(screens, {rect.midX(), rect.midY()})) {
         return holding;
     }
     const auto touched =
@@ -129,22 +129,23 @@ std::optional<Screen> PostCaptureAskChoiceController::screenFor(const GlobalRect
     return touched != screens.end() ? std::optional(*touched) : m_with.screens.mainScreen();
 }
 
-void PostCaptureAskChoiceController::makePanel(const Screen& screen) {
+void PostCaptureAskChoiceController::makePanel(const Screen& screen,
+                                               const PlatformImage& thumbnail) {
     auto rootView = std::make_unique<PostCaptureChoiceKeyRootView>(m_with.keyboardLayout);
     rootView->setKeyHandler(this);
     const QPointer self(this);
-    auto card = std::make_unique<PostCaptureChoiceView>(PostCaptureChoiceView::Contents{
-        m_pendingResult->image, m_with.preferences.savedDefaultsMenuTitle(),
-        [self](PostCaptureMenuAction action) {
-            if (self) {
-                self->commit(action);
-            }
-        },
-        [self] {
-            if (self) {
-                self->dismiss();
-            }
-        }});
+    auto card = std::make_unique<PostCaptureChoiceView>(
+        PostCaptureChoiceView::Contents{thumbnail, m_with.preferences.savedDefaultsMenuTitle(),
+                                        [self](PostCaptureMenuAction action) {
+                                            if (self) {
+                                                self->commit(action);
+                                            }
+                                        },
+                                        [self] {
+                                            if (self) {
+                                                self->dismiss();
+                                            }
+                                        }});
     card->limitHeight(static_cast<int>(screen.frame.size.height) - 2 * cardMargin);
     rootView->install(std::move(card));
     m_panel = std::make_shared<PostCaptureChoicePanel>(m_with.panels, screen, std::move(rootView),
@@ -160,7 +161,7 @@ void PostCaptureAskChoiceController::screensChanged() {
         return;
     }
     const ScreenList screens = m_with.screens.list();
-    const bool isAway = !isSame(m_panel->screen(), *m_home) && find(screens, *m_home);
+    const bool isAway = !isSame(m_panel->screen(), m_home) && find(screens, m_home);
     if (isAway || !find(screens, m_panel->screen()) || m_isOutdated) {
         showAnew();
     }
@@ -170,7 +171,7 @@ void PostCaptureAskChoiceController::showAnew() {
     if (!m_panel || !m_pendingResult) {
         return;
     }
-    auto screen = find(m_with.screens.list(), *m_home);
+    auto screen = find(m_with.screens.list(), m_home);
     if (!screen) {
         screen = screenFor(m_pendingResult->globalCaptureRect);
     }
@@ -181,7 +182,7 @@ void PostCaptureAskChoiceController::showAnew() {
     // Whoever has taken the keyboard from the panel keeps it.
     const bool hadFocus = m_panel->hasFocus();
     dropPanel();
-    makePanel(*screen);
+    makePanel(*screen, m_pendingResult->image);
     m_panel->orderFront();
     m_panel->setOpacity(1);
     if (hadFocus) {

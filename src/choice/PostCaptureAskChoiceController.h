@@ -4,6 +4,8 @@
 #include "choice/PostCaptureChoiceKeyHandling.h"
 #include "platform/Screens.h"
 
+#include <QPointer>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -58,7 +60,7 @@ private:
     /// else the main one.
     std::optional<Screen> screenFor(const GlobalRect& rect);
     /// For the capture that waits; unseen.
-    void makePanel(const Screen& screen);
+    void makePanel(const Screen& screen, const PlatformImage& thumbnail);
     /// The same question after the screens, or how they show transparency, have changed.
     void showAnew();
     void screensChanged();
@@ -72,7 +74,7 @@ private:
     std::shared_ptr<PostCaptureChoicePanel> m_panel;
     std::optional<CaptureResult> m_pendingResult;
     // Where the question belongs; it goes elsewhere while that screen is away.
-    std::optional<Screen> m_home;
+    Screen m_home;
     bool m_isDismissing = false;
     // The panel would be another one if there were a screen to put it on.
     bool m_isOutdated = false;

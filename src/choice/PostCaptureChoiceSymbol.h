@@ -18,6 +18,6 @@ inline constexpr std::array allPostCaptureChoiceSymbols = {
 /// The name of the drawing that shows the symbol.
 QString rawValue(PostCaptureChoiceSymbol symbol);
 /// The symbol of that name; nothing for any other name.
-std::optional<PostCaptureChoiceSymbol> postCaptureChoiceSymbol(const QString& rawValue);
+std::optional<PostCaptureChoiceSymbol> postCaptureChoiceSymbol(const QString& name);
 
 } // namespace snapvane

@@ -15,7 +15,7 @@ namespace snapvane {
 namespace {
 
 struct Palette {
-    const char* name;
+    const char* name = "";
     QColor text;
     QColor window;
 };

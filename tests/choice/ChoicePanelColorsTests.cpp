@@ -15,7 +15,7 @@ using ChoicePanelColors::RowState;
 constexpr RowState states[] = {RowState::Idle, RowState::Hovered, RowState::Pressed};
 
 struct Look {
-    const char* name;
+    const char* name = "";
     QColor text;
     QColor window;
 };

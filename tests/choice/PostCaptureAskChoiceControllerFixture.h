@@ -25,10 +25,11 @@ namespace snapvane {
 /// A controller on a desktop in memory, and what it does to its surroundings in the order in which
 /// it happens.
 class ChoiceControllerFixture : public ::testing::Test {
-protected:
+public:
     // What comes later speaks to this object.
     ~ChoiceControllerFixture() override { settle(0); }
 
+protected:
     static CaptureResult captureOf(const GlobalRect& rect, const QByteArray& png = "png") {
         QImage bitmap(static_cast<int>(rect.size.width), static_cast<int>(rect.size.height),
                       QImage::Format_RGB32);

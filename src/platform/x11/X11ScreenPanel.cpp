@@ -72,7 +72,7 @@ X11ScreenPanel::X11ScreenPanel(RootGrabber& grabber, const ScreenList& screens,
     }
     PanelWindow::prepare(*m_content, options.name, PanelInput::PointerAndKeyboard, m_translucent);
     setCompositorHints(qtServer(), window());
-    m_focus.emplace(qtServer(), window());
+    m_focus = std::make_unique<BorrowedFocus>(qtServer(), window());
     m_compositorWatch.emplace(qtServer(), window(), m_translucent, [this] {
         if (const auto outdated = std::exchange(m_options.outdated, nullptr)) {
             outdated();

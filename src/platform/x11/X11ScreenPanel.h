@@ -46,7 +46,7 @@ private:
     QImage m_backdrop;
     std::unique_ptr<QWidget> m_content;
     std::optional<CompositorWatch> m_compositorWatch;
-    std::optional<BorrowedFocus> m_focus;
+    std::unique_ptr<BorrowedFocus> m_focus;
     // A hang must not leave the user with a covered screen.
     MainLoopWatchdog m_watchdog;
 };
