@@ -32,13 +32,14 @@ void setKdeFile(const QByteArray& text) {
 }
 
 class MotionPreferenceTest : public ::testing::Test {
-protected:
+public:
     ~MotionPreferenceTest() override {
         qunsetenv(desktopVariable);
         QFile::remove(kdeFile());
         setGnomeAnimations(true);
     }
 
+protected:
     bool isReduced() const { return m_preference.isReduced(); }
 
 private:
