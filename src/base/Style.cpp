@@ -14,7 +14,6 @@ namespace snapvane::Style {
 
 namespace {
 
-constexpr double hairlineOpacity = 0.1;
 // In a dark palette the fields of a window are darker than the window itself; what stands out has
 // to be lighter.
 constexpr int cardLightening = 112;
@@ -59,10 +58,6 @@ QColor secondaryOn(const QColor& background) {
         color.setAlphaF(static_cast<float>(percent) / 100.0F);
     }
     return color;
-}
-
-QColor hairline() {
-    return withOpacity(primary(), hairlineOpacity);
 }
 
 QColor accent() {

@@ -11,11 +11,6 @@ class QPainter;
 /// logical pixel here. Main thread.
 namespace snapvane::Style {
 
-/// Distances are multiples of it.
-inline constexpr int spacingStep = 4;
-
-inline constexpr double smallRadius = 6;
-inline constexpr double mediumRadius = 10;
 inline constexpr double largeRadius = 12;
 inline constexpr double cardRadius = 20;
 
@@ -33,8 +28,6 @@ QColor primary();
 QColor secondary();
 /// The same for another opaque background than those two.
 QColor secondaryOn(const QColor& background);
-/// The colour of thin lines between things: the one of text at 10 %.
-QColor hairline();
 /// The desktop's highlight colour.
 QColor accent();
 /// The same for icons on an opaque background: mixed with the colour of text as far as it takes to

@@ -9,7 +9,6 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <cmath>
 
 namespace snapvane {
 

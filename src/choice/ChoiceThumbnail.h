@@ -6,8 +6,8 @@
 
 namespace snapvane {
 
-/// The capture in small, its proportions kept, with round corners, an outline and a light shadow.
-/// Owned by the card.
+/// The capture in small, its proportions kept, with round corners and an outline. Owned by the
+/// card, which paints its shadow.
 class ChoiceThumbnail : public QWidget {
     Q_OBJECT
 

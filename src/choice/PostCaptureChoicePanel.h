@@ -31,7 +31,6 @@ public:
     ~PostCaptureChoicePanel() override;
 
     const Screen& screen() const { return m_screen; }
-    PostCaptureChoiceKeyRootView& rootView() { return *m_rootView; }
     bool fades() const;
     void setOpacity(double opacity);
     void orderFront();

@@ -84,12 +84,6 @@ TEST_P(StylePalettes, CardsStandOutTowardsTheLight) {
     EXPECT_GE(Style::card().lightness(), Style::surface().lightness());
 }
 
-TEST(Style, HairlinesAreATenthOfTheTextColour) {
-    const TestPalette palette(QColor(1, 2, 3), Qt::white);
-    EXPECT_EQ(Style::hairline().rgb(), QColor(1, 2, 3).rgb());
-    EXPECT_NEAR(Style::hairline().alphaF(), 0.1, 0.001);
-}
-
 TEST(Style, AccentIsThePalettesHighlight) {
     const TestPalette palette(Qt::black, Qt::white);
     EXPECT_EQ(Style::accent(), TestPalette::highlight());

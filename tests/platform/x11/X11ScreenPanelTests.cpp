@@ -45,6 +45,14 @@ protected:
         return m_panels.cover(std::move(sheet), m_screens.list().at(screen),
                               {u"Panel Cover"_s, 1000, [this] { ++m_outdated; }});
     }
+    std::unique_ptr<ScreenPanel> coverWithKeyboard(std::size_t screen) {
+        auto panel = cover(screen);
+        panel->orderFront();
+        panel->takeFocus();
+        // Two connections: what was sent first need not be done first.
+        EXPECT_TRUE(waitForEvents([] { return focus() == window()->id; }));
+        return panel;
+    }
     static QImage glass() {
         return testing::grabScreen(
             testDesktop().connection(),
@@ -173,11 +181,7 @@ TEST_F(X11ScreenPanelTest, TakesTheKeyboardAgainAndStillKnowsWhoHadIt) {
     const testing::TestClient first(testDesktop(), clientAt({200, 100, 300, 200}));
     const testing::TestClient second(testDesktop(), clientAt({600, 100, 300, 200}));
     setFocus(first.window());
-    auto panel = cover(0);
-    panel->orderFront();
-    panel->takeFocus();
-    // Two connections: what was sent first need not be done first.
-    ASSERT_TRUE(waitForEvents([] { return focus() == window()->id; }));
+    auto panel = coverWithKeyboard(0);
     setFocus(second.window());
     panel->takeFocus();
     EXPECT_TRUE(waitForEvents([] { return focus() == window()->id; }));
@@ -190,11 +194,7 @@ TEST_F(X11ScreenPanelTest, LeavesTheKeyboardToWhoeverTookIt) {
     const testing::TestClient first(testDesktop(), clientAt({200, 100, 300, 200}));
     const testing::TestClient second(testDesktop(), clientAt({600, 100, 300, 200}));
     setFocus(first.window());
-    auto panel = cover(0);
-    panel->orderFront();
-    panel->takeFocus();
-    // Two connections: what was sent first need not be done first.
-    ASSERT_TRUE(waitForEvents([] { return focus() == window()->id; }));
+    auto panel = coverWithKeyboard(0);
     setFocus(second.window());
     panel.reset();
     settle();
